@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+class QByteArray;
+class QIODevice;
+
+/// The bytes as Latin-1 text, up to the first zero byte.
+QString asciiText(const QByteArray &bytes);
+
+/// The next line of a text device with its newline, as asciiText(); a line of more than 1023 bytes
+/// comes in pieces of 1023. Nothing at the end of the device.
+std::optional<QString> readLinePiece(QIODevice &device);

@@ -1,0 +1,66 @@
+#include "app/sysinfohelper.h"
+
+#include "framework/userinfo.h"
+#include "pages/nettools/pagenettools.h"
+#include "pages/network/pagenetwork.h"
+#include "pages/software/pagesoftware.h"
+#include "pages/system/pagesystem.h"
+
+#include <QIcon>
+#include <QScrollArea>
+#include <QShortcut>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+/// Asks for the whole size of its page, so that the dialog opens with nothing to scroll where the screen
+/// allows it.
+class PageArea : public QScrollArea {
+public:
+    QSize sizeHint() const override { return widget()->sizeHint(); }
+};
+
+} // namespace
+
+SysInfoHelper::SysInfoHelper(int page)
+    : m_tabs(new QTabWidget(this))
+{
+    setWindowIcon(QIcon(QStringLiteral("/usr/share/icewm/icons/sysinfo_32x32.xpm")));
+    setWindowTitle(QObject::tr("About this thin client"));
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_tabs);
+
+    addPage(new pageSystem(this), QObject::tr("General"));
+    addPage(new pageNetwork(this), QObject::tr("Network"));
+    addPage(new pageNetTools(this), QObject::tr("Net Tools"));
+    addPage(new pageSoftware(this), QObject::tr("Software Information"));
+    if (page > 0 && page <= m_tabs->count())
+        m_tabs->setCurrentIndex(page - 1);
+
+    // Escape would close a dialog; the shortcut swallows it.
+    auto *escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    connect(escape, &QShortcut::activated, this, &SysInfoHelper::doNothing);
+}
+
+bool SysInfoHelper::isAdmin() const
+{
+    return UserInfo::isAdmin();
+}
+
+void SysInfoHelper::addPage(QWidget *page, const QString &label)
+{
+    auto *area = new PageArea;
+    area->setFrameStyle(QFrame::NoFrame);
+    area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    area->setAlignment(Qt::AlignHCenter);
+    area->setWidgetResizable(true);
+    area->setWidget(page);
+    page->setObjectName(QStringLiteral("tabContent"));
+    m_tabs->addTab(area, label);
+}
+
+void SysInfoHelper::doNothing() { }

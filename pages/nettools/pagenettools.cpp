@@ -1,0 +1,6 @@
+#include "pages/nettools/pagenettools.h"
+
+pageNetTools::pageNetTools(QWidget *parent)
+    : QWidget(parent)
+{
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QWidget>
+
+class pageNetTools : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit pageNetTools(QWidget *parent);
+};

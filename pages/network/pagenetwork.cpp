@@ -1,0 +1,6 @@
+#include "pages/network/pagenetwork.h"
+
+pageNetwork::pageNetwork(QWidget *parent)
+    : QWidget(parent)
+{
+}

@@ -1,0 +1,6 @@
+#include "pages/software/pagesoftware.h"
+
+pageSoftware::pageSoftware(QWidget *parent)
+    : QWidget(parent)
+{
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QWidget>
+
+class pageSoftware : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit pageSoftware(QWidget *parent);
+};

@@ -1,0 +1,242 @@
+#include "pages/system/pagesystem.h"
+
+#include "app/factlabel.h"
+#include "app/valuebox.h"
+#include "pages/system/biosandos.h"
+#include "pages/system/flash.h"
+#include "pages/system/memory.h"
+#include "pages/system/system.h"
+
+#include <QFile>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+
+namespace {
+
+QLabel *createCaption(const QString &text, QGroupBox *group)
+{
+    auto *caption = new QLabel(group);
+    caption->setText(text);
+    return caption;
+}
+
+QLabel *createWideCaption(const QString &text, QGroupBox *group)
+{
+    QLabel *caption = createCaption(text, group);
+    caption->setMinimumWidth(150);
+    return caption;
+}
+
+QLabel *createBoxedValue(QGroupBox *group)
+{
+    QLabel *value = createFactLabel(group);
+    setupValueLabel(value, Qt::AlignRight | Qt::AlignVCenter);
+    return value;
+}
+
+/// A widget that is never squeezed below what its content needs, even where that is more than the minimum
+/// size that was set on it.
+class UnsqueezedItem : public QWidgetItem {
+public:
+    using QWidgetItem::QWidgetItem;
+    QSize minimumSize() const override
+    {
+        return QWidgetItem::minimumSize().expandedTo(widget()->minimumSizeHint());
+    }
+};
+
+void addGroup(QVBoxLayout *layout, QGroupBox *group, int stretch)
+{
+    layout->addItem(new UnsqueezedItem(group));
+    layout->setStretchFactor(group, stretch);
+}
+
+/// The suffix is the same in every language, so it is no part of the translated texts.
+QString withMegabytes(const QString &figure)
+{
+    return figure + QStringLiteral(" M");
+}
+
+} // namespace
+
+pageSystem::pageSystem(QWidget *parent)
+    : QWidget(parent)
+{
+    createLayout();
+    gatherSystemInfo();
+    refreshMemory();
+    refreshTimerId = startTimer(3000);
+}
+
+pageSystem::~pageSystem()
+{
+    killTimer(refreshTimerId);
+}
+
+void pageSystem::timerEvent(QTimerEvent * /*event*/)
+{
+    refreshMemory();
+}
+
+void pageSystem::createLayout()
+{
+    auto *layout = new QVBoxLayout(this);
+    QGroupBox *system = createSystemGroup();
+    QGroupBox *flashAndMemory = createFlashAndMemoryGroup();
+    addGroup(layout, createBiosAndOsGroup(), 3);
+    addGroup(layout, system, 2);
+    addGroup(layout, flashAndMemory, 1);
+}
+
+QGroupBox *pageSystem::createSystemGroup()
+{
+    auto *group = new QGroupBox(tr("System"), this);
+    group->setMinimumHeight(65);
+    platformValue = createFactLabel(group);
+    cpuSpeedValue = createFactLabel(group);
+    cpuCacheValue = createFactLabel(group);
+    processorValue = createFactLabel(group);
+
+    auto *grid = new QGridLayout(group);
+    grid->setAlignment(Qt::AlignLeft);
+    grid->addWidget(createWideCaption(tr("Platform:"), group), 0, 0);
+    grid->addWidget(platformValue, 0, 1);
+    grid->addWidget(createWideCaption(tr("CPU Speed:"), group), 1, 0);
+    grid->addWidget(cpuSpeedValue, 1, 1);
+    grid->addWidget(createWideCaption(tr("CPU Cache:"), group), 1, 2);
+    grid->addWidget(cpuCacheValue, 1, 3);
+    grid->addWidget(createWideCaption(tr("Processor:"), group), 2, 0);
+    grid->addWidget(processorValue, 2, 1, 1, 2);
+    return group;
+}
+
+QGroupBox *pageSystem::createFlashAndMemoryGroup()
+{
+    auto *group = new QGroupBox(tr("Flash and Memory"), this);
+    group->setMinimumHeight(100);
+    flashUsedValue = createBoxedValue(group);
+    memoryUsedValue = createBoxedValue(group);
+    flashFreeValue = createBoxedValue(group);
+    memoryFreeValue = createBoxedValue(group);
+    flashInstalledValue = createBoxedValue(group);
+    memoryInstalledValue = createBoxedValue(group);
+
+    auto *grid = new QGridLayout(group);
+    int column = 1;
+    for (const QString &header : {tr("Free"), tr("Used"), tr("Installed")}) {
+        QLabel *label = createCaption(header, group);
+        label->setAlignment(Qt::AlignCenter);
+        grid->addWidget(label, 0, column++);
+    }
+    grid->addWidget(createCaption(tr("Flash:"), group), 1, 0);
+    grid->addWidget(flashFreeValue, 1, 1);
+    grid->addWidget(flashUsedValue, 1, 2);
+    grid->addWidget(flashInstalledValue, 1, 3);
+    grid->addWidget(createCaption(tr("Memory:"), group), 2, 0);
+    grid->addWidget(memoryFreeValue, 2, 1);
+    grid->addWidget(memoryUsedValue, 2, 2);
+    grid->addWidget(memoryInstalledValue, 2, 3);
+    return group;
+}
+
+QGroupBox *pageSystem::createBiosAndOsGroup()
+{
+    auto *group = new QGroupBox(tr("BIOS and OS"), this);
+    group->setMinimumHeight(100);
+    auto *grid = new QGridLayout(group);
+    grid->setAlignment(Qt::AlignLeft);
+    const auto addRow = [=](int row, const QString &caption) {
+        QLabel *value = createFactLabel(group);
+        grid->addWidget(createWideCaption(caption, group), row, 0);
+        grid->addWidget(value, row, 1);
+        return value;
+    };
+    serialNumberValue = addRow(0, tr("Serial Number:"));
+    biosVersionValue = addRow(1, tr("BIOS Version:"));
+    biosReleaseDateValue = addRow(2, tr("BIOS Release Date:"));
+    osBuildIdValue = addRow(3, tr("OS Build ID:"));
+    kernelVersionValue = addRow(4, tr("OS Kernel Version:"));
+    return group;
+}
+
+void pageSystem::gatherSystemInfo()
+{
+    gatherProcessor();
+    memoryInstalledValue->setText(withMegabytes(readTotalMemory().trimmed()));
+    gatherFlash();
+    gatherBiosAndOs();
+}
+
+void pageSystem::gatherProcessor()
+{
+    const QString unknown = tr("Unknown");
+    CpuInfo info{unknown, unknown, unknown, unknown, {}, {}};
+    QFile cpuinfo(QStringLiteral("/proc/cpuinfo"));
+    if (cpuinfo.open(QIODevice::ReadOnly))
+        info = readCpuInfo(cpuinfo, info);
+
+    const QString platform = readPlatform();
+    // The one fallback that is the same in every language.
+    platformValue->setText(platform.isEmpty() ? QStringLiteral("Unknown") : platform);
+    // An x86 kernel names the model; an ARM kernel only the processor.
+    processorValue->setText(info.modelName != unknown ? info.modelName : info.processor);
+
+    if (info.mhz == unknown) {
+        const QString maxSpeed = readProcessorMaxSpeed();
+        if (!maxSpeed.isEmpty())
+            info.mhz = maxSpeed;
+    }
+    cpuSpeedValue->setText(info.mhz + QStringLiteral(" MHz"));
+
+    if (info.cacheSize == unknown && !info.instructionCacheSize.isEmpty() && !info.dataCacheSize.isEmpty())
+        info.cacheSize = info.instructionCacheSize + QLatin1Char('/') + info.dataCacheSize;
+    cpuCacheValue->setText(info.cacheSize);
+}
+
+void pageSystem::gatherFlash()
+{
+    const FlashFigures flash = readFlash();
+    const auto shown = [](const QString &figure) {
+        return figure.isNull() ? tr("Unknown") : withMegabytes(figure);
+    };
+    flashUsedValue->setText(shown(flash.used));
+    flashFreeValue->setText(shown(flash.free));
+    flashInstalledValue->setText(shown(flash.installed));
+}
+
+void pageSystem::gatherBiosAndOs()
+{
+    const auto orUnknown = [](const QString &fact) { return fact.isEmpty() ? tr("Unknown") : fact; };
+    biosVersionValue->setText(orUnknown(readBiosVersion()));
+    biosReleaseDateValue->setText(orUnknown(readBiosReleaseDate()));
+    serialNumberValue->setText(orUnknown(readSerialNumber()));
+
+    const QString kernelVersion = readKernelVersion();
+    QString build;
+    QFile imageId(QStringLiteral("/etc/imageid"));
+    if (imageId.open(QIODevice::ReadOnly))
+        build = buildId(imageId);
+    osBuildIdValue->setText(build.isNull() ? tr("Unknown") : build);
+    kernelVersionValue->setText(kernelVersion.isNull() ? tr("Unknown") : kernelVersion.trimmed());
+}
+
+QString pageSystem::readTotalMemory()
+{
+    QFile meminfo(QStringLiteral("/proc/meminfo"));
+    const QString total = meminfo.open(QIODevice::ReadOnly) ? totalMemory(meminfo) : QString();
+    return total.isNull() ? QObject::tr("Unknown") : total;
+}
+
+QString pageSystem::readFreeMemory()
+{
+    QFile meminfo(QStringLiteral("/proc/meminfo"));
+    return meminfo.open(QIODevice::ReadOnly) ? freeMemory(meminfo) : QObject::tr("FileError");
+}
+
+void pageSystem::refreshMemory()
+{
+    memoryFreeValue->setText(withMegabytes(readFreeMemory()));
+    const qint64 used = qint64{readTotalMemory().toInt()} - readFreeMemory().toInt();
+    memoryUsedValue->setText(withMegabytes(QString::number(used)));
+}

@@ -1,0 +1,6 @@
+#pragma once
+
+class QString;
+
+/// The text of the application's style sheet, ASCII, from the resource :/qss/default.qss.
+QString applicationStyleSheet();
