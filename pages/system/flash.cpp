@@ -5,6 +5,7 @@
 #include "pages/system/megabytes.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QStringList>
 
 #include <cstdlib>
@@ -14,6 +15,21 @@ namespace {
 QString lastComponent(const QString &path)
 {
     return path.split(QLatin1Char('/')).constLast().trimmed();
+}
+
+QString withoutLastCharacter(QString text)
+{
+    text.chop(1);
+    return text;
+}
+
+/// A word of a shell command. The kernel's names stay as they are; anything else is kept from the shell.
+QString shellWord(QString word)
+{
+    static const QRegularExpression plain(QStringLiteral("\\A[A-Za-z0-9_.:+-]*\\z"));
+    if (plain.match(word).hasMatch())
+        return word;
+    return QLatin1Char('\'') + word.replace(QLatin1Char('\''), QLatin1String("'\\''")) + QLatin1Char('\'');
 }
 
 /// The names of the partitions that the listing command prints, one a line.
@@ -72,7 +88,7 @@ FlashFigures readFlash()
 
 QString diskOfPartition(const QString &linkTarget)
 {
-    return lastComponent(linkTarget).chopped(1);
+    return withoutLastCharacter(lastComponent(linkTarget));
 }
 
 QString installedFlash(QIODevice &partitions, const QString &disk)
@@ -89,7 +105,7 @@ QString installedFlash(QIODevice &partitions, const QString &disk)
 
 float usedMegabytes(const QString &dfFigure)
 {
-    const float number = dfFigure.chopped(1).toFloat();
+    const float number = withoutLastCharacter(dfFigure).toFloat();
     if (dfFigure.endsWith(QLatin1Char('K')))
         return number * 0.0009765625F;
     if (dfFigure.endsWith(QLatin1Char('G')))

@@ -1,0 +1,124 @@
+#include "pages/system/memory.h"
+#include "pages/system/pagesystem.h"
+
+#include <QBuffer>
+#include <QTest>
+
+#include <sys/sysinfo.h>
+
+class tst_Memory : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void totalMemory_data();
+    void totalMemory();
+    void freeMemory_data();
+    void freeMemory();
+    void totalMemoryOfTheLiveMachine();
+    void freeMemoryOfTheLiveMachine();
+};
+
+void tst_Memory::totalMemory_data()
+{
+    QTest::addColumn<QByteArray>("meminfo");
+    QTest::addColumn<QString>("megabytes");
+
+    QTest::newRow("decimal megabytes, cut off")
+        << QByteArray("MemTotal:        1018888 kB\nMemFree: 5 kB\n") << "1018";
+    QTest::newRow("less than one") << QByteArray("MemTotal: 999 kB\n") << "0";
+    QTest::newRow("not the first line") << QByteArray("MemFree: 5000 kB\nMemTotal: 7000 kB\n") << "7";
+    QTest::newRow("first matching line wins") << QByteArray("MemTotal: 7000 kB\nMemTotal: 8000 kB\n") << "7";
+    QTest::newRow("no final newline") << QByteArray("MemTotal: 7000 kB") << "7";
+    QTest::newRow("no unit") << QByteArray("MemTotal: 7000\n") << "7";
+    QTest::newRow("found in any case, read in one") << QByteArray("memtotal: 7000 kB\n") << "0";
+    QTest::newRow("unit in upper case") << QByteArray("MemTotal: 7000 KB\n") << "0";
+    QTest::newRow("without colon") << QByteArray("MemTotal 7000 kB\n") << "0";
+    QTest::newRow("no number") << QByteArray("MemTotal: many kB\n") << "0";
+    QTest::newRow("empty figure") << QByteArray("MemTotal:\n") << "0";
+    QTest::newRow("zero byte ends the line") << QByteArray("MemTotal: 7000\0"
+                                                           "9 kB\n",
+                                                           21)
+                                             << "7";
+    // In single precision 200000503 is 200000496; in double precision this would be 200001.
+    QTest::newRow("single precision") << QByteArray("MemTotal: 200000503 kB\n") << "200000";
+    QTest::newRow("six digits round") << QByteArray("MemTotal: 262144600 kB\n") << "262145";
+    // 1000204.9 is 1.0002e+06 with six digits.
+    QTest::newRow("from a million on, an exponent") << QByteArray("MemTotal: 1000204900 kB\n") << "1e+06";
+    // 1007 blanks, the key, a blank and six digits are a piece of 1023 bytes.
+    QTest::newRow("long line in pieces") << QByteArray(1007, ' ') + "MemTotal: 5000000 kB\n"
+                                         << "500";
+    QTest::newRow("no such line") << QByteArray("MemFree: 5 kB\n") << QString();
+    QTest::newRow("empty file") << QByteArray() << QString();
+}
+
+void tst_Memory::totalMemory()
+{
+    QFETCH(QByteArray, meminfo);
+    QFETCH(QString, megabytes);
+    QBuffer buffer(&meminfo);
+    buffer.open(QIODevice::ReadOnly);
+    const QString total = ::totalMemory(buffer);
+    QCOMPARE(total, megabytes);
+    QCOMPARE(total.isNull(), megabytes.isNull());
+}
+
+void tst_Memory::freeMemory_data()
+{
+    QTest::addColumn<QByteArray>("meminfo");
+    QTest::addColumn<QString>("megabytes");
+
+    QTest::newRow("sum divided by 1024")
+        << QByteArray("MemTotal: 1018888 kB\nMemFree: 500000 kB\nBuffers: 20000 kB\nCached: 300000 kB\n")
+        << "800";
+    QTest::newRow("none of the keys") << QByteArray("MemTotal: 1018888 kB\n") << "0";
+    QTest::newRow("empty file") << QByteArray() << "0";
+    QTest::newRow("one key") << QByteArray("Cached: 2048 kB\n") << "2";
+    QTest::newRow("whole words only")
+        << QByteArray("SwapCached: 9999 kB\nxMemFree: 9999 kB\nBuffers 9999 kB\nCached: 2048 kB\n") << "2";
+    QTest::newRow("case matters") << QByteArray("memfree: 9999 kB\nCACHED: 9999 kB\nBuffers: 1024 kB\n")
+                                  << "1";
+    QTest::newRow("the third word ends it")
+        << QByteArray("Cached: 1024 kB\nCached: 1024 kB\nCached: 1024 kB\nMemFree: 9999999 kB\n") << "3";
+    QTest::newRow("no number counts as 0") << QByteArray("MemFree: many kB\nBuffers: 4096 kB\n") << "4";
+    QTest::newRow("too large for an int counts as 0")
+        << QByteArray("MemFree: 4294967296 kB\nBuffers: 4096 kB\n") << "4";
+    QTest::newRow("larger than an int together")
+        << QByteArray("MemFree: 2000000000 kB\nBuffers: 2000000000 kB\n") << "3906250";
+    QTest::newRow("key at the end of the file") << QByteArray("MemFree: 4096 kB\nBuffers:") << "4";
+    QTest::newRow("all on one line") << QByteArray("MemFree: 1024 Buffers: 1024 Cached: 1024") << "3";
+    QTest::newRow("divided toward zero") << QByteArray("MemFree: -2047 kB\n") << "-1";
+}
+
+void tst_Memory::freeMemory()
+{
+    QFETCH(QByteArray, meminfo);
+    QBuffer buffer(&meminfo);
+    buffer.open(QIODevice::ReadOnly);
+    QTEST(::freeMemory(buffer), "megabytes");
+}
+
+void tst_Memory::totalMemoryOfTheLiveMachine()
+{
+    struct sysinfo machine = {};
+    QCOMPARE(::sysinfo(&machine), 0);
+    const double kilobytes = static_cast<double>(machine.totalram) * machine.mem_unit / 1024;
+    const double shown = pageSystem::readTotalMemory().toDouble();
+    // Six digits, and the fraction cut off.
+    QVERIFY2(qAbs(shown - kilobytes / 1000) <= qMax(1.0, shown * 1e-5),
+             qPrintable(pageSystem::readTotalMemory()));
+}
+
+void tst_Memory::freeMemoryOfTheLiveMachine()
+{
+    struct sysinfo machine = {};
+    QCOMPARE(::sysinfo(&machine), 0);
+    const double freeKilobytes = static_cast<double>(machine.freeram) * machine.mem_unit / 1024;
+    const double totalKilobytes = static_cast<double>(machine.totalram) * machine.mem_unit / 1024;
+    const double shown = pageSystem::readFreeMemory().toDouble();
+    // Buffers and cache come on top of the free pages; other programs go on meanwhile.
+    QVERIFY2(shown > freeKilobytes / 1024 * 0.9, qPrintable(pageSystem::readFreeMemory()));
+    QVERIFY2(shown <= totalKilobytes / 1024, qPrintable(pageSystem::readFreeMemory()));
+}
+
+QTEST_APPLESS_MAIN(tst_Memory)
+#include "tst_memory.moc"
