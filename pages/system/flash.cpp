@@ -56,7 +56,7 @@ float usedFlash(const QString &listCommand)
     float sum = 0.0F;
     const QStringList partitions = listedPartitions(listCommand);
     for (const QString &partition : partitions) {
-        const QString figure = runCommand(QStringLiteral("df -lh | grep /dev/") + partition
+        const QString figure = runCommand(QStringLiteral("df -lh | grep /dev/") + shellWord(partition)
                                           + QStringLiteral(" | awk '{print $3}'"));
         if (!figure.isEmpty())
             sum += usedMegabytes(figure);

@@ -1,0 +1,274 @@
+#include "app/commandrunner.h"
+#include "app/sysinfohelper.h"
+#include "framework/userinfo.h"
+#include "pages/nettools/pagenettools.h"
+#include "pages/network/pagenetwork.h"
+#include "pages/software/pagesoftware.h"
+#include "pages/system/pagesystem.h"
+#include "resources/qss/stylesheet.h"
+#include "tests/device/device.h"
+#include "tests/markingtranslator.h"
+#include "tests/shownvalues.h"
+
+#include <QApplication>
+#include <QMetaProperty>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QShortcut>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTest>
+#include <QVBoxLayout>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace {
+
+QTabWidget *tabsOf(const QWidget &dialog)
+{
+    return dialog.findChild<QTabWidget *>();
+}
+
+QColor colorBesideTheTabs(QWidget &dialog)
+{
+    const QTabBar *bar = dialog.findChild<QTabBar *>();
+    return dialog.grab().toImage().pixelColor(dialog.width() - 5, bar->height() / 2);
+}
+
+} // namespace
+
+class tst_SysInfoHelper : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { qApp->setStyleSheet(applicationStyleSheet()); }
+    void cleanup() { Device::restore(); }
+
+    void opensOnTheTab_data();
+    void opensOnTheTab();
+    void hasTheFourPagesInOrder();
+    void fillsTheWindowWithTheTabs();
+    void wrapsEachPageInAScrollArea();
+    void scrollsAPageTallerThanTheWindow();
+    void opensLargeEnoughForItsPages();
+    void staysOpenOnEscape();
+    void hasAWindowIconWhereThereIsTheFile();
+    void asksForAdministratorRightsEachTime();
+    void showsAdministratorsInRed();
+    void paintsPagesInTheStyleSheetsColours();
+    void lowersTheTabsThatAreNotSelected();
+    void translatesInTheGeneralContext();
+    void refreshesMemoryBehindAnotherTab();
+    void survivesTheDescriptorLimit();
+};
+
+void tst_SysInfoHelper::opensOnTheTab_data()
+{
+    QTest::addColumn<int>("page");
+    QTest::addColumn<QString>("tab");
+    QTest::newRow("1") << 1 << "General";
+    QTest::newRow("2") << 2 << "Network";
+    QTest::newRow("3") << 3 << "Net Tools";
+    QTest::newRow("4") << 4 << "Software Information";
+    QTest::newRow("0") << 0 << "General";
+    QTest::newRow("5") << 5 << "General";
+    QTest::newRow("-3") << -3 << "General";
+}
+
+void tst_SysInfoHelper::opensOnTheTab()
+{
+    QFETCH(int, page);
+    const SysInfoHelper dialog(page);
+    const QTabWidget *tabs = tabsOf(dialog);
+    QTEST(tabs->tabText(tabs->currentIndex()), "tab");
+}
+
+void tst_SysInfoHelper::hasTheFourPagesInOrder()
+{
+    const SysInfoHelper dialog(1);
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("About this thin client"));
+    QVERIFY(!dialog.parentWidget());
+    const QTabWidget *tabs = tabsOf(dialog);
+    QCOMPARE(tabs->count(), 4);
+    const auto pageAt = [tabs](int i) { return qobject_cast<QScrollArea *>(tabs->widget(i))->widget(); };
+    QVERIFY(qobject_cast<pageSystem *>(pageAt(0)));
+    QVERIFY(qobject_cast<pageNetwork *>(pageAt(1)));
+    QVERIFY(qobject_cast<pageNetTools *>(pageAt(2)));
+    QVERIFY(qobject_cast<pageSoftware *>(pageAt(3)));
+    QCOMPARE(tabs->tabText(0), QStringLiteral("General"));
+    QCOMPARE(tabs->tabText(1), QStringLiteral("Network"));
+    QCOMPARE(tabs->tabText(2), QStringLiteral("Net Tools"));
+    QCOMPARE(tabs->tabText(3), QStringLiteral("Software Information"));
+}
+
+void tst_SysInfoHelper::fillsTheWindowWithTheTabs()
+{
+    SysInfoHelper dialog(1);
+    const auto *layout = qobject_cast<QVBoxLayout *>(dialog.layout());
+    QVERIFY(layout);
+    QCOMPARE(layout->contentsMargins(), QMargins());
+    QCOMPARE(layout->spacing(), 0);
+    QCOMPARE(layout->stretch(0), 0);
+    QCOMPARE(layout->itemAt(0)->alignment(), Qt::Alignment());
+    dialog.show();
+    QCOMPARE(tabsOf(dialog)->geometry(), dialog.rect());
+}
+
+void tst_SysInfoHelper::wrapsEachPageInAScrollArea()
+{
+    const SysInfoHelper dialog(1);
+    const QTabWidget *tabs = tabsOf(dialog);
+    for (int i = 0; i < tabs->count(); ++i) {
+        const auto *area = qobject_cast<QScrollArea *>(tabs->widget(i));
+        QVERIFY(area);
+        QCOMPARE(area->frameStyle(), 0);
+        QCOMPARE(area->verticalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
+        QCOMPARE(area->alignment(), Qt::AlignHCenter);
+        QVERIFY(area->widgetResizable());
+        QCOMPARE(area->widget()->objectName(), QStringLiteral("tabContent"));
+    }
+}
+
+void tst_SysInfoHelper::scrollsAPageTallerThanTheWindow()
+{
+    SysInfoHelper dialog(1);
+    dialog.show();
+    const auto *area = qobject_cast<QScrollArea *>(tabsOf(dialog)->currentWidget());
+    dialog.resize(800, 700);
+    QTRY_VERIFY(!area->verticalScrollBar()->isVisible());
+    dialog.resize(800, 200);
+    QTRY_VERIFY(area->verticalScrollBar()->isVisible());
+}
+
+void tst_SysInfoHelper::opensLargeEnoughForItsPages()
+{
+    SysInfoHelper dialog(1);
+    dialog.show();
+    const auto *area = qobject_cast<QScrollArea *>(tabsOf(dialog)->currentWidget());
+    QVERIFY(!area->verticalScrollBar()->isVisible());
+    QVERIFY(!area->horizontalScrollBar()->isVisible());
+}
+
+void tst_SysInfoHelper::staysOpenOnEscape()
+{
+    SysInfoHelper dialog(1);
+    dialog.show();
+    dialog.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+    QVERIFY(dialog.isVisible());
+    QTest::keyClick(tabsOf(dialog), Qt::Key_Escape);
+    QVERIFY(dialog.isVisible());
+
+    const auto *escape = dialog.findChild<QShortcut *>();
+    QCOMPARE(escape->key(), QKeySequence(Qt::Key_Escape));
+    QCOMPARE(escape->context(), Qt::WindowShortcut);
+    const QMetaMethod slot = dialog.metaObject()->method(dialog.metaObject()->indexOfSlot("doNothing()"));
+    QCOMPARE(slot.access(), QMetaMethod::Private);
+}
+
+void tst_SysInfoHelper::hasAWindowIconWhereThereIsTheFile()
+{
+    QCOMPARE(SysInfoHelper(1).windowIcon().availableSizes(), QList<QSize>{QSize(32, 32)});
+    Device::remove(QStringLiteral("/usr/share/icewm/icons/sysinfo_32x32.xpm"));
+    QVERIFY(SysInfoHelper(1).windowIcon().availableSizes().isEmpty());
+}
+
+void tst_SysInfoHelper::asksForAdministratorRightsEachTime()
+{
+    const SysInfoHelper dialog(1);
+    const QMetaObject *meta = dialog.metaObject();
+    QCOMPARE(QByteArray(meta->className()), QByteArray("SysInfoHelper"));
+    const QMetaProperty property = meta->property(meta->indexOfProperty("isAdmin"));
+    QCOMPARE(QByteArray(property.typeName()), QByteArray("bool"));
+    QVERIFY(property.isReadable() && !property.isWritable() && !property.isResettable()
+            && !property.hasNotifySignal());
+    QVERIFY(property.isDesignable() && property.isScriptable() && property.isStored());
+    QCOMPARE(dialog.property("isAdmin").toBool(), UserInfo::isAdmin());
+}
+
+void tst_SysInfoHelper::showsAdministratorsInRed()
+{
+    SysInfoHelper dialog(1);
+    dialog.resize(700, 500);
+    dialog.show();
+    // On a device the test is root.
+    QCOMPARE(colorBesideTheTabs(dialog), QColor(153, 0, 0));
+}
+
+void tst_SysInfoHelper::paintsPagesInTheStyleSheetsColours()
+{
+    SysInfoHelper dialog(1);
+    dialog.resize(700, 500);
+    dialog.show();
+    const QImage picture = dialog.grab().toImage();
+    // Page and scroll area; the last pixels of each edge belong to the page as the pane has no frame.
+    QCOMPARE(picture.pixelColor(2, 495), QColor(0xfa, 0xfa, 0xfa));
+    QCOMPARE(picture.pixelColor(697, 495), QColor(0xfa, 0xfa, 0xfa));
+    const int paneTop = dialog.findChild<QTabBar *>()->height();
+    QCOMPARE(picture.pixelColor(697, paneTop + 3), QColor(0xfa, 0xfa, 0xfa));
+}
+
+void tst_SysInfoHelper::lowersTheTabsThatAreNotSelected()
+{
+    SysInfoHelper dialog(1);
+    dialog.resize(700, 500);
+    dialog.show();
+    const QImage picture = dialog.grab().toImage();
+    const QTabBar *bar = dialog.findChild<QTabBar *>();
+    const QColor background(153, 0, 0);
+    const int selected = bar->tabRect(0).center().x();
+    const int other = bar->tabRect(1).center().x();
+    QVERIFY(picture.pixelColor(selected, 0) != background);
+    QCOMPARE(picture.pixelColor(other, 0), background);
+    QCOMPARE(picture.pixelColor(other, 1), background);
+    QVERIFY(picture.pixelColor(other, 2) != background);
+}
+
+void tst_SysInfoHelper::translatesInTheGeneralContext()
+{
+    const MarkingTranslator translator;
+    const SysInfoHelper dialog(1);
+    const QTabWidget *tabs = tabsOf(dialog);
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("[QObject]About this thin client"));
+    QCOMPARE(tabs->tabText(0), QStringLiteral("[QObject]General"));
+    QCOMPARE(tabs->tabText(1), QStringLiteral("[QObject]Network"));
+    QCOMPARE(tabs->tabText(2), QStringLiteral("[QObject]Net Tools"));
+    QCOMPARE(tabs->tabText(3), QStringLiteral("[QObject]Software Information"));
+}
+
+void tst_SysInfoHelper::refreshesMemoryBehindAnotherTab()
+{
+    SysInfoHelper dialog(3);
+    dialog.show();
+    const auto *page = dialog.findChild<pageSystem *>();
+    QVERIFY(!page->isVisible());
+    Device::write(QStringLiteral("/proc/meminfo"), "MemTotal: 9000 kB\nMemFree: 2048 kB\n");
+    QTRY_COMPARE_WITH_TIMEOUT(shownValue(page, "Memory:", 1), QStringLiteral("2 M"), 6000);
+}
+
+void tst_SysInfoHelper::survivesTheDescriptorLimit()
+{
+    SysInfoHelper dialog(1);
+    dialog.show();
+    rlimit limit = {};
+    QCOMPARE(getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const int lowestFree = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    close(lowestFree);
+    rlimit reached = limit;
+    reached.rlim_cur = static_cast<rlim_t>(lowestFree);
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &reached), 0);
+    const QString answer = runCommand(QStringLiteral("echo value"));
+    // Two ticks of every page without a descriptor to spare.
+    QTest::qWait(6500);
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &limit), 0);
+    QCOMPARE(answer, QString());
+    QVERIFY(dialog.isVisible());
+    QCOMPARE(shownValue(dialog.findChild<pageSystem *>(), "Memory:", 1), QStringLiteral("FileError M"));
+    QCOMPARE(runCommand(QStringLiteral("echo value")), QStringLiteral("value"));
+}
+
+QTEST_MAIN(tst_SysInfoHelper)
+#include "tst_sysinfohelper.moc"
