@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QImage>
+#include <QProcess>
+#include <QStringList>
+
+#include <memory>
+
+struct xcb_connection_t;
+
+/// A virtual X server with a window manager, seen as another client sees it. Gone with this object.
+class Desktop {
+public:
+    Desktop();
+    ~Desktop();
+    Q_DISABLE_COPY(Desktop)
+
+    /// The server's display, ":99"; empty when the server did not start.
+    QString display() const { return m_display; }
+
+    /// The mapped top-level windows with the given title.
+    QList<quint32> windows(const QString &title) const;
+
+    /// Waits until exactly one such window is there; 0 when that takes too long.
+    quint32 waitForWindow(const QString &title, int milliseconds = 15000) const;
+
+    /// What the window shows now.
+    QImage picture(quint32 window) const;
+
+    /// Asks the window manager to close the window, as its close button does.
+    void closeByWindowManager(quint32 window) const;
+
+    /// Presses and releases the key, by its X name, wherever the focus is.
+    void pressKey(const QString &key) const;
+
+private:
+    QString windowTitle(quint32 window) const;
+    QList<quint32> topLevelWindows() const;
+
+    QProcess m_server;
+    QProcess m_windowManager;
+    QString m_display;
+    xcb_connection_t *m_connection = nullptr;
+    quint32 m_root = 0;
+};

@@ -1,0 +1,223 @@
+#include "resources/qss/stylesheet.h"
+#include "tests/desktop/desktop.h"
+#include "tests/device/device.h"
+
+#include <QApplication>
+#include <QStandardPaths>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+namespace {
+
+const QString title = QStringLiteral("About this thin client");
+
+/// The built program on the desktop, killed when this object goes.
+class Program : public QProcess {
+public:
+    Program(const Desktop &desktop, const QString &runtimeDirectory)
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("DISPLAY"), desktop.display());
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), runtimeDirectory);
+        setProcessEnvironment(environment);
+    }
+    ~Program() override
+    {
+        kill();
+        waitForFinished();
+    }
+
+    void launch(const QString &arguments = {})
+    {
+        start(QStringLiteral(SYSINFO_PROGRAM), arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        waitForStarted();
+    }
+};
+
+} // namespace
+
+/// The program as it is built, under a real X server, observed from outside.
+class tst_Program : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void opensOnTheTab_data();
+    void opensOnTheTab();
+    void endsWithZeroWhenItsWindowIsClosed();
+    void staysOpenOnEscape();
+    void aSecondLaunchEndsSilentlyBeforeGathering();
+    void aKilledInstanceLeavesNothingBehind();
+
+private:
+    QString selectedTab(const QImage &window) const;
+    std::unique_ptr<Program> createProgram() const;
+
+    std::unique_ptr<Desktop> m_desktop;
+    std::unique_ptr<QTemporaryDir> m_runtimeDirectory;
+};
+
+void tst_Program::initTestCase()
+{
+    m_desktop = std::make_unique<Desktop>();
+    QVERIFY(!m_desktop->display().isEmpty());
+}
+
+void tst_Program::init()
+{
+    m_runtimeDirectory = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_runtimeDirectory->isValid());
+}
+
+void tst_Program::cleanup()
+{
+    QTRY_VERIFY(m_desktop->windows(title).isEmpty());
+    Device::restore();
+}
+
+std::unique_ptr<Program> tst_Program::createProgram() const
+{
+    return std::make_unique<Program>(*m_desktop, m_runtimeDirectory->path());
+}
+
+/// The selected tab is the bright one.
+QString tst_Program::selectedTab(const QImage &window) const
+{
+    QTabWidget tabs;
+    tabs.setStyleSheet(applicationStyleSheet());
+    for (const char *label : {"General", "Network", "Net Tools", "Software Information"})
+        tabs.addTab(new QWidget, QString::fromLatin1(label));
+    tabs.ensurePolished();
+    tabs.tabBar()->ensurePolished();
+    QStringList bright;
+    for (int i = 0; i < tabs.count(); ++i) {
+        const QPoint point(tabs.tabBar()->tabRect(i).center().x(), 4);
+        if (window.rect().contains(point) && window.pixelColor(point).lightness() > 0xf0)
+            bright.append(tabs.tabText(i));
+    }
+    return bright.join(QLatin1Char('+'));
+}
+
+void tst_Program::opensOnTheTab_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QString>("tab");
+
+    QTest::newRow("no arguments") << ""
+                                  << "General";
+    QTest::newRow("--page 4") << "--page 4"
+                              << "Software Information";
+    QTest::newRow("--page 2") << "--page 2"
+                              << "Network";
+    QTest::newRow("--page 0") << "--page 0"
+                              << "General";
+    QTest::newRow("--page 9") << "--page 9"
+                              << "General";
+    QTest::newRow("--page -1") << "--page -1"
+                               << "General";
+    QTest::newRow("--page abc") << "--page abc"
+                                << "General";
+    QTest::newRow("--page last") << "--page"
+                                 << "General";
+    QTest::newRow("twice") << "--page 3 --page 2"
+                           << "Network";
+    QTest::newRow("-page 3") << "-page 3"
+                             << "General";
+    QTest::newRow("--PAGE 3") << "--PAGE 3"
+                              << "General";
+    QTest::newRow("other arguments around it") << "file --other --page 3 more"
+                                               << "Net Tools";
+    QTest::newRow("an option of the toolkit as well") << "-style Fusion --page 3"
+                                                      << "Net Tools";
+}
+
+void tst_Program::opensOnTheTab()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QString, tab);
+    const std::unique_ptr<Program> program = createProgram();
+    program->launch(arguments);
+    const quint32 window = m_desktop->waitForWindow(title);
+    QVERIFY(window != 0);
+    QTRY_COMPARE(selectedTab(m_desktop->picture(window)), tab);
+}
+
+void tst_Program::endsWithZeroWhenItsWindowIsClosed()
+{
+    const std::unique_ptr<Program> program = createProgram();
+    program->launch();
+    const quint32 window = m_desktop->waitForWindow(title);
+    QVERIFY(window != 0);
+    m_desktop->closeByWindowManager(window);
+    QVERIFY(program->waitForFinished(10000));
+    QCOMPARE(program->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program->exitCode(), 0);
+    QCOMPARE(program->readAllStandardOutput(), QByteArray());
+}
+
+void tst_Program::staysOpenOnEscape()
+{
+    const std::unique_ptr<Program> program = createProgram();
+    program->launch();
+    const quint32 window = m_desktop->waitForWindow(title);
+    QVERIFY(window != 0);
+    // A key that the dialog does take shows that keys arrive: Ctrl+Tab goes to the next tab.
+    m_desktop->pressKey(QStringLiteral("ctrl+Tab"));
+    QTRY_COMPARE(selectedTab(m_desktop->picture(window)), QStringLiteral("Network"));
+    m_desktop->pressKey(QStringLiteral("Escape"));
+    m_desktop->pressKey(QStringLiteral("ctrl+Tab"));
+    QTRY_COMPARE(selectedTab(m_desktop->picture(window)), QStringLiteral("Net Tools"));
+    QCOMPARE(program->state(), QProcess::Running);
+}
+
+void tst_Program::aSecondLaunchEndsSilentlyBeforeGathering()
+{
+    const std::unique_ptr<Program> first = createProgram();
+    first->launch(QStringLiteral("--page 2"));
+    const quint32 window = m_desktop->waitForWindow(title);
+    QVERIFY(window != 0);
+    QTRY_COMPARE(selectedTab(m_desktop->picture(window)), QStringLiteral("Network"));
+
+    // The first one goes on with its own commands, so it is stopped while the second is watched.
+    ::kill(static_cast<pid_t>(first->processId()), SIGSTOP);
+    QTest::qWait(100);
+    Device::clearCalls();
+    const std::unique_ptr<Program> second = createProgram();
+    second->launch(QStringLiteral("--page 3"));
+    const bool ended = second->waitForFinished(10000);
+    const QList<QStringList> calls = Device::calls();
+    ::kill(static_cast<pid_t>(first->processId()), SIGCONT);
+
+    QVERIFY(ended);
+    QCOMPARE(second->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(second->exitCode(), 0);
+    QCOMPARE(second->readAllStandardOutput(), QByteArray());
+    QCOMPARE(second->readAllStandardError(), QByteArray());
+    QVERIFY(calls.isEmpty());
+    QCOMPARE(m_desktop->windows(title), QList<quint32>{window});
+    QCOMPARE(selectedTab(m_desktop->picture(window)), QStringLiteral("Network"));
+}
+
+void tst_Program::aKilledInstanceLeavesNothingBehind()
+{
+    const std::unique_ptr<Program> first = createProgram();
+    first->launch();
+    QVERIFY(m_desktop->waitForWindow(title) != 0);
+    first->kill();
+    QVERIFY(first->waitForFinished());
+    QTRY_VERIFY(m_desktop->windows(title).isEmpty());
+    const std::unique_ptr<Program> second = createProgram();
+    second->launch();
+    QVERIFY(m_desktop->waitForWindow(title) != 0);
+}
+
+QTEST_MAIN(tst_Program)
+#include "tst_program.moc"
