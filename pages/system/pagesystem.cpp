@@ -1,6 +1,7 @@
 #include "pages/system/pagesystem.h"
 
 #include "app/factlabel.h"
+#include "app/unsqueezeditem.h"
 #include "app/valuebox.h"
 #include "pages/system/biosandos.h"
 #include "pages/system/flash.h"
@@ -34,17 +35,6 @@ QLabel *createBoxedValue(QGroupBox *group)
     setupValueLabel(value, Qt::AlignRight | Qt::AlignVCenter);
     return value;
 }
-
-/// A widget that is never squeezed below what its content needs, even where that is more than the minimum
-/// size that was set on it.
-class UnsqueezedItem : public QWidgetItem {
-public:
-    using QWidgetItem::QWidgetItem;
-    QSize minimumSize() const override
-    {
-        return QWidgetItem::minimumSize().expandedTo(widget()->minimumSizeHint());
-    }
-};
 
 void addGroup(QVBoxLayout *layout, QGroupBox *group, int stretch)
 {
@@ -130,13 +120,13 @@ QGroupBox *pageSystem::createFlashAndMemoryGroup()
         grid->addWidget(label, 0, column++);
     }
     grid->addWidget(createCaption(tr("Flash:"), group), 1, 0);
-    grid->addWidget(flashFreeValue, 1, 1);
-    grid->addWidget(flashUsedValue, 1, 2);
-    grid->addWidget(flashInstalledValue, 1, 3);
+    grid->addItem(new UnsqueezedItem(flashFreeValue), 1, 1);
+    grid->addItem(new UnsqueezedItem(flashUsedValue), 1, 2);
+    grid->addItem(new UnsqueezedItem(flashInstalledValue), 1, 3);
     grid->addWidget(createCaption(tr("Memory:"), group), 2, 0);
-    grid->addWidget(memoryFreeValue, 2, 1);
-    grid->addWidget(memoryUsedValue, 2, 2);
-    grid->addWidget(memoryInstalledValue, 2, 3);
+    grid->addItem(new UnsqueezedItem(memoryFreeValue), 2, 1);
+    grid->addItem(new UnsqueezedItem(memoryUsedValue), 2, 2);
+    grid->addItem(new UnsqueezedItem(memoryInstalledValue), 2, 3);
     return group;
 }
 

@@ -1,11 +1,6 @@
-#include "resources/qss/stylesheet.h"
 #include "tests/desktop/desktop.h"
 #include "tests/device/device.h"
 
-#include <QApplication>
-#include <QStandardPaths>
-#include <QTabBar>
-#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -58,7 +53,7 @@ private Q_SLOTS:
     void aKilledInstanceLeavesNothingBehind();
 
 private:
-    QString selectedTab(const QImage &window) const;
+    static QString selectedTab(const QImage &window);
     std::unique_ptr<Program> createProgram() const;
 
     std::unique_ptr<Desktop> m_desktop;
@@ -88,22 +83,26 @@ std::unique_ptr<Program> tst_Program::createProgram() const
     return std::make_unique<Program>(*m_desktop, m_runtimeDirectory->path());
 }
 
-/// The selected tab is the bright one.
-QString tst_Program::selectedTab(const QImage &window) const
+/// The selected tab is the bright one. The tabs are looked at a little above the upper border of their pane,
+/// below their texts, where they are lighter than their borders and the background.
+QString tst_Program::selectedTab(const QImage &window)
 {
-    QTabWidget tabs;
-    tabs.setStyleSheet(applicationStyleSheet());
-    for (const char *label : {"General", "Network", "Net Tools", "Software Information"})
-        tabs.addTab(new QWidget, QString::fromLatin1(label));
-    tabs.ensurePolished();
-    tabs.tabBar()->ensurePolished();
-    QStringList bright;
-    for (int i = 0; i < tabs.count(); ++i) {
-        const QPoint point(tabs.tabBar()->tabRect(i).center().x(), 4);
-        if (window.rect().contains(point) && window.pixelColor(point).lightness() > 0xf0)
-            bright.append(tabs.tabText(i));
+    const QColor paneBorder(0xc2, 0xc7, 0xcb);
+    int y = 0;
+    while (y < window.height() && window.pixelColor(window.width() - 2, y) != paneBorder)
+        ++y;
+    QList<bool> tabs;
+    for (int x = 0, width = 0; y >= 3 && y < window.height() && x < window.width(); ++x) {
+        const int lightness = window.pixelColor(x, y - 3).lightness();
+        width = lightness > 0xc8 ? width + 1 : 0;
+        if (width == 10)
+            tabs.append(lightness > 0xf0);
     }
-    return bright.join(QLatin1Char('+'));
+    const QStringList names{QStringLiteral("General"), QStringLiteral("Network"), QStringLiteral("Net Tools"),
+                            QStringLiteral("Software Information")};
+    if (tabs.size() != names.size() || tabs.count(true) != 1)
+        return QStringLiteral("%1 tabs, %2 of them selected").arg(tabs.size()).arg(tabs.count(true));
+    return names.at(static_cast<int>(tabs.indexOf(true)));
 }
 
 void tst_Program::opensOnTheTab_data()
@@ -219,5 +218,5 @@ void tst_Program::aKilledInstanceLeavesNothingBehind()
     QVERIFY(m_desktop->waitForWindow(title) != 0);
 }
 
-QTEST_MAIN(tst_Program)
+QTEST_GUILESS_MAIN(tst_Program)
 #include "tst_program.moc"

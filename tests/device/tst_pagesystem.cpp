@@ -70,7 +70,7 @@ QStringList boxedValues(const QWidget &page, const char *caption)
     return {shownValue(&page, caption, 1), shownValue(&page, caption, 2), shownValue(&page, caption, 3)};
 }
 
-const QStringList allUnknown(3, QStringLiteral("Unknown"));
+const QStringList allUnknown{QStringLiteral("Unknown"), QStringLiteral("Unknown"), QStringLiteral("Unknown")};
 
 void setDf(const char *used)
 {
