@@ -8,7 +8,7 @@ class QTabWidget;
 class SysInfoHelper : public QDialog {
     Q_OBJECT
     /// Whether the user administers the device; the style sheet colours the window by it.
-    Q_PROPERTY(bool isAdmin READ isAdmin)
+    Q_PROPERTY(bool isAdmin READ isAdmin) // clazy:exclude=qproperty-without-notify
 
 public:
     /// Opens on the tab with the given 1-based number, or on the first one when there is no such tab.
