@@ -1,6 +1,24 @@
 #include "framework/vembedwidget.h"
 
-QWidget *VEmbedWidget::sGetMainWidget(QWidget *widget, const QStringList & /*arguments*/)
+#include "framework/hostwindow.h"
+
+#include <QWidget>
+
+#include <memory>
+
+QWidget *VEmbedWidget::sGetMainWidget(QWidget *widget, const QStringList &arguments)
 {
+    const int option = static_cast<int>(arguments.lastIndexOf(QStringLiteral("--embed")));
+    if (option < 1)
+        return widget;
+    bool isNumber = false;
+    const quint32 id = arguments.value(option + 1).toUInt(&isNumber, 0);
+    if (!isNumber)
+        return nullptr;
+    auto host = std::make_unique<HostWindow>(id, widget);
+    if (!host->exists())
+        return nullptr;
+    host->takeIn();
+    host.release(); // a child of the widget
     return widget;
 }

@@ -62,9 +62,7 @@ Desktop::Desktop()
     m_display = QLatin1Char(':') + number;
     m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
 
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("DISPLAY"), m_display);
-    m_windowManager.setProcessEnvironment(environment);
+    m_windowManager.setProcessEnvironment(environment());
     m_windowManager.setStandardErrorFile(QProcess::nullDevice());
     m_windowManager.start(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
     const xcb_atom_t check = atom(m_connection, "_NET_SUPPORTING_WM_CHECK");
@@ -124,6 +122,43 @@ quint32 Desktop::waitForWindow(const QString &title, int milliseconds) const
     return 0;
 }
 
+quint32 Desktop::childOf(quint32 window) const
+{
+    const auto tree =
+        owned(xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, window), nullptr));
+    return tree && tree->children_len == 1 ? *xcb_query_tree_children(tree.get()) : 0;
+}
+
+QSize Desktop::sizeOf(quint32 window) const
+{
+    const auto geometry =
+        owned(xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr));
+    return geometry ? QSize(geometry->width, geometry->height) : QSize();
+}
+
+quint32 Desktop::focusWindow() const
+{
+    const auto focus =
+        owned(xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+    return focus ? focus->focus : 0;
+}
+
+quint32 Desktop::createPixmap() const
+{
+    const quint32 pixmap = xcb_generate_id(m_connection);
+    xcb_create_pixmap(m_connection, 24, pixmap, m_root, 10, 10);
+    xcb_flush(m_connection);
+    return pixmap;
+}
+
+QProcessEnvironment Desktop::environment() const
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("DISPLAY"), m_display);
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    return environment;
+}
+
 QImage Desktop::picture(quint32 window) const
 {
     const auto geometry =
@@ -156,9 +191,7 @@ void Desktop::closeByWindowManager(quint32 window) const
 void Desktop::pressKey(const QString &key) const
 {
     QProcess xdotool;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("DISPLAY"), m_display);
-    xdotool.setProcessEnvironment(environment);
+    xdotool.setProcessEnvironment(environment());
     xdotool.start(QStringLiteral("xdotool"), {QStringLiteral("key"), key});
     xdotool.waitForFinished();
 }

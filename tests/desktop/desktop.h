@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QProcess>
+#include <QSize>
 #include <QStringList>
 
 #include <memory>
@@ -23,6 +24,21 @@ public:
 
     /// Waits until exactly one such window is there; 0 when that takes too long.
     quint32 waitForWindow(const QString &title, int milliseconds = 15000) const;
+
+    /// The one child of a window; 0 when it has none or several.
+    quint32 childOf(quint32 window) const;
+
+    /// The window's size; invalid when there is no such window.
+    QSize sizeOf(quint32 window) const;
+
+    /// The window that gets the keyboard's input.
+    quint32 focusWindow() const;
+
+    /// A new pixmap, which has an id as a window has.
+    quint32 createPixmap() const;
+
+    /// The environment for a program on this desktop.
+    QProcessEnvironment environment() const;
 
     /// What the window shows now.
     QImage picture(quint32 window) const;

@@ -1,4 +1,5 @@
 #include "tests/desktop/desktop.h"
+#include "tests/desktop/program.h"
 #include "tests/device/device.h"
 
 #include <QTemporaryDir>
@@ -9,30 +10,6 @@
 namespace {
 
 const QString title = QStringLiteral("About this thin client");
-
-/// The built program on the desktop, killed when this object goes.
-class Program : public QProcess {
-public:
-    Program(const Desktop &desktop, const QString &runtimeDirectory)
-    {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("DISPLAY"), desktop.display());
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), runtimeDirectory);
-        setProcessEnvironment(environment);
-    }
-    ~Program() override
-    {
-        kill();
-        waitForFinished();
-    }
-
-    void launch(const QString &arguments = {})
-    {
-        start(QStringLiteral(SYSINFO_PROGRAM), arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts));
-        waitForStarted();
-    }
-};
 
 } // namespace
 
