@@ -1,5 +1,7 @@
 #include "framework/instancelock.h"
 
+#include <QSocketNotifier>
+
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
@@ -34,24 +36,25 @@ public:
     }
     Q_DISABLE_COPY(Descriptor)
 
-    operator int() const { return m_value; }
+    int get() const { return m_value; }
     int release() { return std::exchange(m_value, -1); }
 
 private:
     int m_value;
 };
 
-bool belongsToUserAlone(int descriptor, mode_t type)
+/// Whether the open file is of the type, the user's own, and nothing of the forbidden mode is allowed.
+bool belongsToUser(int descriptor, mode_t type, mode_t forbidden)
 {
     struct stat status = {};
     return fstat(descriptor, &status) == 0 && (status.st_mode & S_IFMT) == type && status.st_uid == geteuid()
-        && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+        && (status.st_mode & forbidden) == 0;
 }
 
 int openDirectory(const QByteArray &path)
 {
     Descriptor directory(open(path.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    return directory >= 0 && belongsToUserAlone(directory, S_IFDIR) ? directory.release() : -1;
+    return belongsToUser(directory.get(), S_IFDIR, S_IWGRP | S_IWOTH) ? directory.release() : -1;
 }
 
 int openRuntimeDirectory()
@@ -85,21 +88,22 @@ SocketAddress abstractAddress(const QByteArray &program, int number)
     return address;
 }
 
-/// The user who listens at the address; none when nobody answers.
-std::optional<uid_t> listenerAt(const SocketAddress &address)
+/// The user who listens at the address; none when nobody answers to any of the attempts.
+std::optional<uid_t> listenerAt(const SocketAddress &address, int attempts)
 {
-    for (int attempt = 0; attempt < callAttempts; ++attempt) {
+    for (int attempt = 0; attempt < attempts; ++attempt) {
         const Descriptor caller(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-        if (connect(caller, address.get(), address.length) == 0) {
+        if (connect(caller.get(), address.get(), address.length) == 0) {
             ucred peer = {};
             socklen_t length = sizeof(peer);
-            if (getsockopt(caller, SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0)
+            if (getsockopt(caller.get(), SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0)
                 return peer.uid;
             return {};
         }
         if (errno != ECONNREFUSED)
             return {};
-        usleep(5000);
+        if (attempt + 1 < attempts)
+            usleep(5000);
     }
     return {};
 }
@@ -107,52 +111,64 @@ std::optional<uid_t> listenerAt(const SocketAddress &address)
 } // namespace
 
 InstanceLock::InstanceLock(const QByteArray &program)
+    : m_heldElsewhere(!claimLockFile(program) || !claimSocket(program))
 {
-    if (!claimLockFile(program))
-        claimSocket(program);
 }
 
 InstanceLock::~InstanceLock()
 {
-    if (m_descriptor >= 0)
-        close(m_descriptor);
+    for (const int descriptor : {m_lockFile, m_listener}) {
+        if (descriptor >= 0)
+            close(descriptor);
+    }
 }
 
-/// Returns false when there is no safe place for a lock file, so that the other way has to be tried.
+/// False when another process has locked the file; true without a safe place for one.
 bool InstanceLock::claimLockFile(const QByteArray &program)
 {
     const Descriptor directory(openRuntimeDirectory());
-    if (directory < 0)
-        return false;
-    const QByteArray name = program + ".lock";
-    Descriptor file(
-        openat(directory, name.constData(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
-    if (file < 0 || !belongsToUserAlone(file, S_IFREG))
-        return false;
-    if (flock(file, LOCK_EX | LOCK_NB) == 0) {
-        m_descriptor = file.release();
+    if (directory.get() < 0)
         return true;
-    }
-    m_heldElsewhere = errno == EWOULDBLOCK;
-    return m_heldElsewhere;
+    const QByteArray name = program + ".lock";
+    const int flags = O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+    Descriptor file(openat(directory.get(), name.constData(), flags, 0600));
+    if (!belongsToUser(file.get(), S_IFREG, S_IRWXG | S_IRWXO))
+        return true;
+    if (flock(file.get(), LOCK_EX | LOCK_NB) != 0)
+        return errno != EWOULDBLOCK;
+    m_lockFile = file.release();
+    return true;
 }
 
-void InstanceLock::claimSocket(const QByteArray &program)
+/// False when another process of this user has one of the names.
+bool InstanceLock::claimSocket(const QByteArray &program)
 {
+    // All names are asked first: another user may have given up one since this user's process took a later
+    // one.
     for (int number = 0; number < socketNames; ++number) {
-        Descriptor listener(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-        const SocketAddress address = abstractAddress(program, number);
-        if (bind(listener, address.get(), address.length) == 0) {
-            // Callers learn who listens from the connection itself, so it is never accepted.
-            if (listen(listener, SOMAXCONN) == 0)
-                m_descriptor = listener.release();
-            return;
-        }
-        if (errno != EADDRINUSE)
-            return;
-        if (listenerAt(address) == geteuid()) {
-            m_heldElsewhere = true;
-            return;
-        }
+        if (listenerAt(abstractAddress(program, number), 1) == geteuid())
+            return false;
     }
+    for (int number = 0; number < socketNames; ++number) {
+        const SocketAddress address = abstractAddress(program, number);
+        Descriptor listener(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+        if (bind(listener.get(), address.get(), address.length) == 0
+            && listen(listener.get(), SOMAXCONN) == 0) {
+            m_listener = listener.release();
+            auto *callers = new QSocketNotifier(m_listener, QSocketNotifier::Read, this);
+            // By name, because Qt 5 and Qt 6 declare this signal differently.
+            connect(callers, SIGNAL(activated(int)), this, SLOT(answerCaller()));
+            return true;
+        }
+        // Whoever has just bound the name is about to listen.
+        if (listenerAt(address, callAttempts) == geteuid())
+            return false;
+    }
+    return true;
+}
+
+/// Callers learn who listens from the connection itself; it is taken only to keep the queue short.
+void InstanceLock::answerCaller()
+{
+    const Descriptor caller(accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC));
 }
