@@ -22,10 +22,12 @@ QLabel *createCaption(const QString &text, QGroupBox *group)
     return caption;
 }
 
-QLabel *createWideCaption(const QString &text, QGroupBox *group)
+/// A caption of the width that keeps the values of the groups below each other.
+QLabel *createCaptionOf(QLabel *value, const QString &text, QGroupBox *group)
 {
     QLabel *caption = createCaption(text, group);
     caption->setMinimumWidth(150);
+    caption->setBuddy(value);
     return caption;
 }
 
@@ -90,13 +92,13 @@ QGroupBox *pageSystem::createSystemGroup()
 
     auto *grid = new QGridLayout(group);
     grid->setAlignment(Qt::AlignLeft);
-    grid->addWidget(createWideCaption(tr("Platform:"), group), 0, 0);
+    grid->addWidget(createCaptionOf(platformValue, tr("Platform:"), group), 0, 0);
     grid->addWidget(platformValue, 0, 1);
-    grid->addWidget(createWideCaption(tr("CPU Speed:"), group), 1, 0);
+    grid->addWidget(createCaptionOf(cpuSpeedValue, tr("CPU Speed:"), group), 1, 0);
     grid->addWidget(cpuSpeedValue, 1, 1);
-    grid->addWidget(createWideCaption(tr("CPU Cache:"), group), 1, 2);
+    grid->addWidget(createCaptionOf(cpuCacheValue, tr("CPU Cache:"), group), 1, 2);
     grid->addWidget(cpuCacheValue, 1, 3);
-    grid->addWidget(createWideCaption(tr("Processor:"), group), 2, 0);
+    grid->addWidget(createCaptionOf(processorValue, tr("Processor:"), group), 2, 0);
     grid->addWidget(processorValue, 2, 1, 1, 2);
     return group;
 }
@@ -138,7 +140,7 @@ QGroupBox *pageSystem::createBiosAndOsGroup()
     grid->setAlignment(Qt::AlignLeft);
     const auto addRow = [=](int row, const QString &caption) {
         QLabel *value = createFactLabel(group);
-        grid->addWidget(createWideCaption(caption, group), row, 0);
+        grid->addWidget(createCaptionOf(value, caption, group), row, 0);
         grid->addWidget(value, row, 1);
         return value;
     };

@@ -2,10 +2,12 @@
 #include "tests/desktop/program.h"
 #include "tests/device/device.h"
 
+#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
+#include <unistd.h>
 
 namespace {
 
@@ -26,8 +28,10 @@ private Q_SLOTS:
     void opensOnTheTab();
     void endsWithZeroWhenItsWindowIsClosed();
     void staysOpenOnEscape();
+    void coloursTheStripByTheUser_data();
+    void coloursTheStripByTheUser();
     void aSecondLaunchEndsSilentlyBeforeGathering();
-    void aKilledInstanceLeavesNothingBehind();
+    void aKilledInstanceDoesNotBlockTheNext();
 
 private:
     static QString selectedTab(const QImage &window);
@@ -154,6 +158,56 @@ void tst_Program::staysOpenOnEscape()
     QCOMPARE(program->state(), QProcess::Running);
 }
 
+void tst_Program::coloursTheStripByTheUser_data()
+{
+    QTest::addColumn<int>("user");
+    QTest::addColumn<QByteArray>("groups");
+    QTest::addColumn<QColor>("colour");
+
+    const QColor blue(0, 51, 102);
+    const QColor red(153, 0, 0);
+    QTest::newRow("root") << 0 << QByteArray() << red;
+    QTest::newRow("plain user") << 4711 << QByteArray("wheel:x:4800:somebody\n") << blue;
+    QTest::newRow("member of sudo") << 4711 << QByteArray("sudo:x:4800:operator\n") << red;
+    QTest::newRow("member of wheel") << 4711 << QByteArray("wheel:x:4800:operator\n") << red;
+    QTest::newRow("member of admin") << 4711 << QByteArray("admin:x:4800:operator\n") << red;
+}
+
+void tst_Program::coloursTheStripByTheUser()
+{
+    QFETCH(int, user);
+    QFETCH(QByteArray, groups);
+    QFETCH(QColor, colour);
+    const auto everybodyReads =
+        QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther;
+    const QByteArray directory = QFile::encodeName(m_runtimeDirectory->path());
+    if (chown(directory.constData(), static_cast<uid_t>(user), static_cast<gid_t>(user)) != 0)
+        QSKIP("only root can start a program as another user");
+    Device::write(QStringLiteral("/etc/passwd"),
+                  "root:x:0:0::/root:/bin/sh\noperator:x:4711:4711::/:/bin/sh\n");
+    Device::write(QStringLiteral("/etc/group"), "root:x:0:\n" + groups);
+    QFile::setPermissions(QStringLiteral("/etc/passwd"), everybodyReads);
+    QFile::setPermissions(QStringLiteral("/etc/group"), everybodyReads);
+    // A copy at a place that every user can reach.
+    const QString copy = qEnvironmentVariable("SYSINFO_RIG") + QStringLiteral("/sysinfo");
+    QFile::remove(copy);
+    QVERIFY(QFile::copy(QStringLiteral(SYSINFO_PROGRAM), copy));
+    QVERIFY(QFile::setPermissions(copy, everybodyReads));
+
+    const std::unique_ptr<Program> program = createProgram();
+    const QString id = QString::number(user);
+    program->start(QStringLiteral("setpriv"),
+                   {QStringLiteral("--reuid"), id, QStringLiteral("--regid"), id,
+                    QStringLiteral("--clear-groups"), copy});
+    const quint32 window = m_desktop->waitForWindow(title);
+    QVERIFY(window != 0);
+    const auto strip = [&] {
+        const QImage picture = m_desktop->picture(window);
+        return picture.pixelColor(picture.width() - 3, 3);
+    };
+    QTRY_COMPARE(strip(), colour);
+}
+
 void tst_Program::aSecondLaunchEndsSilentlyBeforeGathering()
 {
     const std::unique_ptr<Program> first = createProgram();
@@ -182,7 +236,7 @@ void tst_Program::aSecondLaunchEndsSilentlyBeforeGathering()
     QCOMPARE(selectedTab(m_desktop->picture(window)), QStringLiteral("Network"));
 }
 
-void tst_Program::aKilledInstanceLeavesNothingBehind()
+void tst_Program::aKilledInstanceDoesNotBlockTheNext()
 {
     const std::unique_ptr<Program> first = createProgram();
     first->launch();

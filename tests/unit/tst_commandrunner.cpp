@@ -4,8 +4,10 @@
 #include <QElapsedTimer>
 #include <QTest>
 
+#include <csignal>
 #include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 namespace {
@@ -47,6 +49,7 @@ private Q_SLOTS:
     void waitsForTheCommand();
     void returnsNothingWhenNoPipeCanBeOpened();
     void letsANullPipeBe();
+    void triesAnInterruptedReadAgain();
     void leavesNoDescriptorOpen();
 };
 
@@ -117,6 +120,21 @@ void tst_CommandRunner::returnsNothingWhenNoPipeCanBeOpened()
 void tst_CommandRunner::letsANullPipeBe()
 {
     closeCommandPipe(nullptr);
+}
+
+void tst_CommandRunner::triesAnInterruptedReadAgain()
+{
+    struct sigaction interrupting = {};
+    interrupting.sa_handler = [](int) {};
+    struct sigaction previous = {};
+    sigaction(SIGALRM, &interrupting, &previous); // without SA_RESTART
+    const itimerval every50ms = {{0, 50000}, {0, 50000}};
+    setitimer(ITIMER_REAL, &every50ms, nullptr);
+    const QString result = runCommand(QStringLiteral("sleep 0.3; echo value"));
+    const itimerval off = {};
+    setitimer(ITIMER_REAL, &off, nullptr);
+    sigaction(SIGALRM, &previous, nullptr);
+    QCOMPARE(result, QStringLiteral("value"));
 }
 
 void tst_CommandRunner::leavesNoDescriptorOpen()

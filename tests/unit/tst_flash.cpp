@@ -2,6 +2,8 @@
 #include "pages/system/megabytes.h"
 
 #include <QBuffer>
+#include <QDir>
+#include <QFile>
 #include <QTest>
 
 class tst_Flash : public QObject {
@@ -12,6 +14,7 @@ private Q_SLOTS:
     void diskOfPartition();
     void installedFlash_data();
     void installedFlash();
+    void installedFlashOfTheLiveMachine();
     void usedMegabytes_data();
     void usedMegabytes();
     void megabytes_data();
@@ -104,6 +107,29 @@ void tst_Flash::installedFlash()
     const QString installed = ::installedFlash(buffer, disk);
     QCOMPARE(installed, megabytes);
     QCOMPARE(installed.isNull(), megabytes.isNull());
+}
+
+void tst_Flash::installedFlashOfTheLiveMachine()
+{
+    const QStringList disks = QDir(QStringLiteral("/sys/block")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    int compared = 0;
+    for (const QString &disk : disks) {
+        QFile size(QStringLiteral("/sys/block/%1/size").arg(disk));
+        if (!size.open(QIODevice::ReadOnly))
+            continue;
+        const double megabytes = size.readAll().trimmed().toDouble() * 512e-6;
+        QFile partitions(QStringLiteral("/proc/partitions"));
+        QVERIFY(partitions.open(QIODevice::ReadOnly));
+        QCOMPARE(partitions.size(), 0);
+        const QString installed = ::installedFlash(partitions, disk);
+        // The kernel does not list disks without a medium.
+        if (installed.isNull())
+            continue;
+        ++compared;
+        QVERIFY2(qAbs(installed.toDouble() - megabytes) <= qMax(1.0, megabytes * 0.1), qPrintable(disk));
+    }
+    if (compared == 0)
+        QSKIP("this machine lists no disk");
 }
 
 void tst_Flash::usedMegabytes_data()
