@@ -1,11 +1,6 @@
-#include "app/valuebox.h"
-#include "pages/system/biosandos.h"
-#include "pages/system/pagesystem.h"
-#include "tests/device/device.h"
+#include "tests/device/systempage.h"
 #include "tests/markingtranslator.h"
-#include "tests/shownvalues.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QGroupBox>
@@ -13,16 +8,12 @@
 #include <QTimerEvent>
 #include <QVBoxLayout>
 
-#include <algorithm>
 #include <sys/inotify.h>
 #include <unistd.h>
 
-namespace {
+using namespace SystemPage;
 
-const QString cpuinfo = QStringLiteral("/proc/cpuinfo");
-const QString meminfo = QStringLiteral("/proc/meminfo");
-const QString partitions = QStringLiteral("/proc/partitions");
-const QString dmidecode = QStringLiteral("/usr/sbin/dmidecode");
+namespace {
 
 bool isArm()
 {
@@ -65,31 +56,6 @@ void tick(QObject *page)
     QCoreApplication::sendEvent(page, &event);
 }
 
-QStringList boxedValues(const QWidget &page, const char *caption)
-{
-    return {shownValue(&page, caption, 1), shownValue(&page, caption, 2), shownValue(&page, caption, 3)};
-}
-
-const QStringList allUnknown{QStringLiteral("Unknown"), QStringLiteral("Unknown"), QStringLiteral("Unknown")};
-
-void setDf(const char *used)
-{
-    Device::installTool(QStringLiteral("/usr/bin/df"),
-                        QByteArray("echo '/dev/sda1 3.7G ") + used + " 2.1G 42% /'\n");
-}
-
-void onlyLink(const QString &folder, const QString &name, const QString &target)
-{
-    for (const char *other : {"/dev/disk/by-label", "/dev/disk/by-uuid"}) {
-        QDir directory(QString::fromLatin1(other));
-        const QStringList links = directory.entryList(QDir::Files | QDir::System | QDir::Hidden);
-        for (const QString &link : links)
-            Device::remove(directory.filePath(link));
-    }
-    if (!name.isEmpty())
-        Device::link(folder + QLatin1Char('/') + name, target);
-}
-
 } // namespace
 
 class tst_PageSystem : public QObject {
@@ -97,14 +63,12 @@ class tst_PageSystem : public QObject {
 
 private Q_SLOTS:
     void cleanup() { Device::restore(); }
-
     void showsEveryFact_data();
     void showsEveryFact();
     void runsItsCommandsOnceInOrder();
     void readsMeminfoThreeTimesARefresh();
     void refreshesMemoryEveryThreeSeconds();
     void refreshesMemoryOnly();
-
     void laysOutTheGroups();
     void laysOutTheSystemGroup();
     void laysOutTheFlashAndMemoryGroup();
@@ -112,51 +76,7 @@ private Q_SLOTS:
     void sharesSpareHeightThreeToTwoToOne();
     void isNeverSqueezedBelowItsRows();
     void showsMarkupAsText();
-
-    void processorWithoutCpuinfo();
-    void processorOfTheLastCore();
-    void processorNamedUnknownByTheKernel();
-    void cpuSpeedTwiceWithItsUnitAfterDmi();
-    void cpuSpeedUnknownWithoutDmi();
-    void cpuSpeedOfTheKernelNeedsNoDmi();
-    void cpuCacheNeedsBothSizes();
-    void cpuCacheOfTheKernelWins();
-    void platformUnknown_data();
-    void platformUnknown();
-
-    void memoryUnreadable();
-    void memoryWithoutTotal();
-    void memoryOfOneTerabyte();
-    void memoryFromTheKernelsFigures();
-
-    void flashUnknown_data();
-    void flashUnknown();
-    void flashUnknownWithoutPartitions();
-    void flashByTheFirstUuidLink();
-    void flashByTheRootLabelBeforeTheUuids();
-    void flashUsedOfThreePartitions();
-    void flashUsed_data();
-    void flashUsed();
-    void flashUsedOnOtherDisksCounts();
-    void flashUsedOfTheFirstMatchingDfLine();
-    void flashUsedWithoutDf();
-    void flashInSinglePrecision();
-    void flashSummedInSinglePrecision();
-    void flashOfOneTerabyte();
-    void flashPartitionNameNeverReachesTheShell();
-
-    void biosAndSerialNumberUnknown_data();
-    void biosAndSerialNumberUnknown();
-    void biosFromTheFirstMatchingLine();
-    void kernelVersionWithoutUname();
-    void kernelVersionOfAFailingUname();
-    void kernelVersionUpToTheZeroByte();
-    void kernelVersionOfAHangingUname();
-    void buildIdMissing();
-    void buildIdEmpty();
-    void buildIdOfBlanks();
     void latin1AndZeroBytes();
-
     void translatesInItsOwnContext();
     void fallbacksWorkTranslated();
 };
@@ -402,406 +322,6 @@ void tst_PageSystem::showsMarkupAsText()
             QCOMPARE(value->textFormat(), Qt::PlainText);
         }
     }
-}
-
-void tst_PageSystem::processorWithoutCpuinfo()
-{
-    Device::makeUnreadable(cpuinfo);
-    Device::remove(dmidecode);
-    const pageSystem page(nullptr);
-    QCOMPARE(shownValue(&page, "Processor:"), QStringLiteral("Unknown"));
-    QCOMPARE(shownValue(&page, "CPU Speed:"), QStringLiteral("Unknown MHz"));
-    QCOMPARE(shownValue(&page, "CPU Cache:"), QStringLiteral("Unknown"));
-}
-
-void tst_PageSystem::processorOfTheLastCore()
-{
-    Device::write(cpuinfo, "processor: 0\nmodel name: first\nprocessor: 1\nmodel name: last: more\n");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "Processor:"), QStringLiteral("last"));
-}
-
-void tst_PageSystem::processorNamedUnknownByTheKernel()
-{
-    Device::write(cpuinfo, "model name: Unknown\nProcessor: ARM\n");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "Processor:"), QStringLiteral("ARM"));
-}
-
-void tst_PageSystem::cpuSpeedTwiceWithItsUnitAfterDmi()
-{
-    Device::write(cpuinfo, "model name: A CPU\n");
-    Device::installTool(dmidecode, "printf '\\tMax Speed: 1600 MHz\\n\\tMax Speed: 1700 MHz\\n'");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "CPU Speed:"),
-             QStringLiteral("1600 MHz MHz"));
-}
-
-void tst_PageSystem::cpuSpeedUnknownWithoutDmi()
-{
-    Device::write(cpuinfo, "model name: A CPU\n");
-    Device::installTool(QStringLiteral("/usr/bin/sudo"), "echo 'sudo: a password is required' >&2; exit 1");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "CPU Speed:"),
-             QStringLiteral("Unknown MHz"));
-}
-
-void tst_PageSystem::cpuSpeedOfTheKernelNeedsNoDmi()
-{
-    Device::write(cpuinfo, "cpu MHz: 1596.000\n");
-    Device::clearCalls();
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "CPU Speed:"),
-             QStringLiteral("1596.000 MHz"));
-    QVERIFY(Device::shellCommands().filter(QStringLiteral("Max Speed")).isEmpty());
-}
-
-void tst_PageSystem::cpuCacheNeedsBothSizes()
-{
-    Device::write(cpuinfo, "I size: 32768\n");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "CPU Cache:"),
-             QStringLiteral("Unknown"));
-    Device::write(cpuinfo, "D size: 16384\n");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "CPU Cache:"),
-             QStringLiteral("Unknown"));
-    Device::write(cpuinfo, "I size: 32768\nD size: 16384\n");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "CPU Cache:"),
-             QStringLiteral("32768/16384"));
-}
-
-void tst_PageSystem::cpuCacheOfTheKernelWins()
-{
-    Device::write(cpuinfo, "cache size: 512 KB\nI size: 32768\nD size: 16384\n");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "CPU Cache:"), QStringLiteral("512 KB"));
-}
-
-void tst_PageSystem::platformUnknown_data()
-{
-    QTest::addColumn<QByteArray>("script");
-    QTest::newRow("absent") << QByteArray();
-    QTest::newRow("silent") << QByteArray("true");
-    QTest::newRow("blanks") << QByteArray("echo '  '");
-    QTest::newRow("standard error only") << QByteArray("echo TC50 >&2");
-}
-
-void tst_PageSystem::platformUnknown()
-{
-    QFETCH(QByteArray, script);
-    const QString tool = QStringLiteral("/usr/bin/vexa-hwsw-id");
-    if (script.isEmpty())
-        Device::remove(tool);
-    else
-        Device::installTool(tool, script);
-    const MarkingTranslator translator;
-    const pageSystem page(nullptr);
-    QCOMPARE(shownValue(&page, "[pageSystem]Platform:"), QStringLiteral("Unknown"));
-}
-
-void tst_PageSystem::memoryUnreadable()
-{
-    Device::makeUnreadable(meminfo);
-    const pageSystem page(nullptr);
-    QCOMPARE(
-        boxedValues(page, "Memory:"),
-        QStringList({QStringLiteral("FileError M"), QStringLiteral("0 M"), QStringLiteral("Unknown M")}));
-}
-
-void tst_PageSystem::memoryWithoutTotal()
-{
-    Device::write(meminfo, "MemFree: 102400 kB\n");
-    const pageSystem page(nullptr);
-    QCOMPARE(boxedValues(page, "Memory:"),
-             QStringList({QStringLiteral("100 M"), QStringLiteral("-100 M"), QStringLiteral("Unknown M")}));
-}
-
-void tst_PageSystem::memoryOfOneTerabyte()
-{
-    // "1e+06" is no integer.
-    Device::write(meminfo, "MemTotal: 1000204900 kB\nMemFree: 2048 kB\n");
-    const pageSystem page(nullptr);
-    QCOMPARE(boxedValues(page, "Memory:"),
-             QStringList({QStringLiteral("2 M"), QStringLiteral("-2 M"), QStringLiteral("1e+06 M")}));
-}
-
-void tst_PageSystem::memoryFromTheKernelsFigures()
-{
-    Device::write(meminfo,
-                  "MemTotal: 1018888 kB\nMemFree: 500000 kB\nBuffers: 20000 kB\nCached: 300000 kB\n");
-    const pageSystem page(nullptr);
-    QCOMPARE(boxedValues(page, "Memory:"),
-             QStringList({QStringLiteral("800 M"), QStringLiteral("218 M"), QStringLiteral("1018 M")}));
-}
-
-void tst_PageSystem::flashUnknown_data()
-{
-    QTest::addColumn<QString>("link");
-    QTest::addColumn<QString>("target");
-    QTest::newRow("no link") << QString() << QString();
-    QTest::newRow("disk not listed") << "ROOT"
-                                     << "../../sdz1";
-    QTest::newRow("sda12, for which sda1 is looked up") << "ROOT"
-                                                        << "../../sda12";
-    QTest::newRow("mmcblk0p1") << "ROOT"
-                               << "../../mmcblk0p1";
-    QTest::newRow("another label only") << "DATA"
-                                        << "../../sda1";
-}
-
-void tst_PageSystem::flashUnknown()
-{
-    QFETCH(QString, link);
-    QFETCH(QString, target);
-    onlyLink(QStringLiteral("/dev/disk/by-label"), link, target);
-    Device::write(partitions, "8 0 7822336 sda\n179 0 7822336 mmcblk0\n179 1 7000000 mmcblk0p1\n");
-    QCOMPARE(boxedValues(pageSystem(nullptr), "Flash:"), allUnknown);
-}
-
-void tst_PageSystem::flashUnknownWithoutPartitions()
-{
-    Device::makeUnreadable(partitions);
-    QCOMPARE(boxedValues(pageSystem(nullptr), "Flash:"), allUnknown);
-}
-
-void tst_PageSystem::flashByTheFirstUuidLink()
-{
-    onlyLink(QStringLiteral("/dev/disk/by-uuid"), QStringLiteral("aaaa"), QStringLiteral("../../sdb1"));
-    Device::link(QStringLiteral("/dev/disk/by-uuid/bbbb"), QStringLiteral("../../sda1"));
-    Device::write(partitions, "8 0 7822336 sda\n8 16 1000000 sdb\n");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "Flash:", 3), QStringLiteral("1024 M"));
-}
-
-void tst_PageSystem::flashByTheRootLabelBeforeTheUuids()
-{
-    onlyLink(QStringLiteral("/dev/disk/by-label"), QStringLiteral("ROOT"), QStringLiteral("../../sda1"));
-    Device::link(QStringLiteral("/dev/disk/by-uuid/aaaa"), QStringLiteral("../../sdb1"));
-    Device::write(partitions, "8 0 7822336 sda\n8 16 1000000 sdb\n");
-    setDf("300M");
-    QCOMPARE(boxedValues(pageSystem(nullptr), "Flash:"),
-             QStringList({QStringLiteral("7710 M"), QStringLiteral("300 M"), QStringLiteral("8010 M")}));
-}
-
-void tst_PageSystem::flashUsedOfThreePartitions()
-{
-    onlyLink(QStringLiteral("/dev/disk/by-label"), QStringLiteral("A"), QStringLiteral("../../sda1"));
-    Device::link(QStringLiteral("/dev/disk/by-label/B"), QStringLiteral("../../sda2"));
-    Device::link(QStringLiteral("/dev/disk/by-label/ROOT"), QStringLiteral("../../sda3"));
-    Device::write(partitions, "8 0 7822336 sda\n");
-    Device::installTool(
-        QStringLiteral("/usr/bin/df"),
-        "printf '/dev/sda1 9G 12K 9G 1%% /\\n/dev/sda2 9G 1.5G 9G 1%% /b\\n/dev/sda3 9G 300M 9G 1%% /c\\n'");
-    const pageSystem page(nullptr);
-    QCOMPARE(shownValue(&page, "Flash:", 2), QStringLiteral("1836.01 M"));
-    QCOMPARE(shownValue(&page, "Flash:", 1), QStringLiteral("6173.99 M"));
-}
-
-void tst_PageSystem::flashUsed_data()
-{
-    QTest::addColumn<QByteArray>("df");
-    QTest::addColumn<QString>("used");
-    QTest::addColumn<QString>("free");
-    QTest::newRow("K") << QByteArray("512K") << "0.5 M"
-                       << "8009.5 M";
-    QTest::newRow("M") << QByteArray("300M") << "300 M"
-                       << "7710 M";
-    QTest::newRow("G") << QByteArray("1.5G") << "1536 M"
-                       << "6474 M";
-    QTest::newRow("T") << QByteArray("1.5T") << "1.5 M"
-                       << "8008.5 M";
-    QTest::newRow("bare 0") << QByteArray("0") << "0 M"
-                            << "8010 M";
-    QTest::newRow("more than the disk holds") << QByteArray("9G") << "9216 M"
-                                              << "-1206 M";
-}
-
-void tst_PageSystem::flashUsed()
-{
-    QFETCH(QByteArray, df);
-    QFETCH(QString, used);
-    QFETCH(QString, free);
-    onlyLink(QStringLiteral("/dev/disk/by-label"), QStringLiteral("ROOT"), QStringLiteral("../../sda1"));
-    Device::write(partitions, "8 0 7822336 sda\n");
-    setDf(df.constData());
-    const pageSystem page(nullptr);
-    QCOMPARE(boxedValues(page, "Flash:"), QStringList({free, used, QStringLiteral("8010 M")}));
-}
-
-void tst_PageSystem::flashUsedOnOtherDisksCounts()
-{
-    onlyLink(QStringLiteral("/dev/disk/by-label"), QStringLiteral("ROOT"), QStringLiteral("../../sda1"));
-    Device::link(QStringLiteral("/dev/disk/by-label/STICK"), QStringLiteral("../../sdb1"));
-    Device::write(partitions, "8 0 7822336 sda\n");
-    Device::installTool(QStringLiteral("/usr/bin/df"),
-                        "printf '/dev/sda1 9G 300M 9G 1%% /\\n/dev/sdb1 9G 200M 9G 1%% /media\\n'");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "Flash:", 2), QStringLiteral("500 M"));
-}
-
-void tst_PageSystem::flashUsedOfTheFirstMatchingDfLine()
-{
-    onlyLink(QStringLiteral("/dev/disk/by-label"), QStringLiteral("ROOT"), QStringLiteral("../../sda1"));
-    Device::write(partitions, "8 0 7822336 sda\n");
-    Device::installTool(QStringLiteral("/usr/bin/df"),
-                        "printf '/dev/sda11 9G 200M 9G 1%% /other\\n/dev/sda1 9G 300M 9G 1%% /\\n'");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "Flash:", 2), QStringLiteral("200 M"));
-}
-
-void tst_PageSystem::flashUsedWithoutDf()
-{
-    Device::remove(QStringLiteral("/usr/bin/df"));
-    Device::installTool(QStringLiteral("/usr/bin/df"), "true");
-    const QStringList flash = boxedValues(pageSystem(nullptr), "Flash:");
-    QCOMPARE(flash.at(1), QStringLiteral("0 M"));
-    QCOMPARE(flash.at(0), flash.at(2));
-}
-
-void tst_PageSystem::flashInSinglePrecision()
-{
-    // 97657300 blocks are 100001.1 MB. 100000.1 is 100000.1015625 in single precision, which leaves
-    // 0.8984375.
-    onlyLink(QStringLiteral("/dev/disk/by-label"), QStringLiteral("ROOT"), QStringLiteral("../../sda1"));
-    Device::write(partitions, "8 0 97657300 sda\n");
-    setDf("100000.1M");
-    QCOMPARE(
-        boxedValues(pageSystem(nullptr), "Flash:"),
-        QStringList({QStringLiteral("0.898438 M"), QStringLiteral("100000 M"), QStringLiteral("100001 M")}));
-}
-
-void tst_PageSystem::flashSummedInSinglePrecision()
-{
-    // Near 100000 single precision has steps of 1/128, so 3K, less than half a step, is lost each time.
-    onlyLink(QStringLiteral("/dev/disk/by-label"), QStringLiteral("ROOT"), QStringLiteral("../../sda1"));
-    Device::link(QStringLiteral("/dev/disk/by-label/S"), QStringLiteral("../../sda2"));
-    Device::link(QStringLiteral("/dev/disk/by-label/T"), QStringLiteral("../../sda3"));
-    Device::write(partitions, "8 0 97657300 sda\n");
-    Device::installTool(QStringLiteral("/usr/bin/df"),
-                        "printf '/dev/sda1 9G 100000.1M 9G 1%% /\\n/dev/sda2 9G 3K 9G 1%% /b\\n/dev/sda3 9G "
-                        "3K 9G 1%% /c\\n'");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "Flash:", 1),
-             QStringLiteral("0.898438 M"));
-}
-
-void tst_PageSystem::flashOfOneTerabyte()
-{
-    onlyLink(QStringLiteral("/dev/disk/by-label"), QStringLiteral("ROOT"), QStringLiteral("../../sda1"));
-    Device::write(partitions, "8 0 976762584 sda\n");
-    setDf("100G");
-    // 1000000 - 102400
-    QCOMPARE(
-        boxedValues(pageSystem(nullptr), "Flash:"),
-        QStringList({QStringLiteral("897600 M"), QStringLiteral("102400 M"), QStringLiteral("1e+06 M")}));
-}
-
-void tst_PageSystem::flashPartitionNameNeverReachesTheShell()
-{
-    onlyLink(QStringLiteral("/dev/disk/by-label"), QStringLiteral("ROOT"), QStringLiteral("../../sda1"));
-    Device::link(QStringLiteral("/dev/disk/by-label/EVIL"),
-                 QStringLiteral("../../$(echo>'hit');touch$IFS'hit'#"));
-    Device::write(partitions, "8 0 7822336 sda\n");
-    setDf("300M");
-    const QString folder = QDir::currentPath();
-    QDir::setCurrent(qEnvironmentVariable("SYSINFO_RIG"));
-    const QStringList flash = boxedValues(pageSystem(nullptr), "Flash:");
-    const bool hit = QFile::exists(QStringLiteral("hit"));
-    QDir::setCurrent(folder);
-    QVERIFY(!hit);
-    QCOMPARE(flash.at(1), QStringLiteral("300 M"));
-}
-
-void tst_PageSystem::biosAndSerialNumberUnknown_data()
-{
-    QTest::addColumn<QString>("tool");
-    QTest::addColumn<QByteArray>("script");
-    QTest::newRow("dmidecode not installed") << dmidecode << QByteArray();
-    QTest::newRow("sudo not installed") << "/usr/bin/sudo" << QByteArray();
-    QTest::newRow("sudo refuses") << "/usr/bin/sudo"
-                                  << QByteArray("echo 'sudo: a password is required' >&2; exit 1");
-    QTest::newRow("no DMI tables") << dmidecode
-                                   << QByteArray("echo '# No SMBIOS nor DMI entry point found, sorry.'");
-    QTest::newRow("empty values") << dmidecode
-                                  << QByteArray(
-                                         "printf '\\tVersion:  \\n\\tRelease Date: \\n\\tSerial Number:\\n'");
-}
-
-void tst_PageSystem::biosAndSerialNumberUnknown()
-{
-    QFETCH(QString, tool);
-    QFETCH(QByteArray, script);
-    if (script.isEmpty())
-        Device::remove(tool);
-    else
-        Device::installTool(tool, script);
-    const pageSystem page(nullptr);
-    QCOMPARE(shownValue(&page, "BIOS Version:"), QStringLiteral("Unknown"));
-    QCOMPARE(shownValue(&page, "BIOS Release Date:"), QStringLiteral("Unknown"));
-    QCOMPARE(shownValue(&page, "Serial Number:"), QStringLiteral("Unknown"));
-}
-
-void tst_PageSystem::biosFromTheFirstMatchingLine()
-{
-    Device::installTool(
-        dmidecode,
-        "printf '\\tBIOS Version: a:b\\n\\tVersion: second\\n\\tRelease Date: d\\n\\tRelease Date: e\\n'");
-    const pageSystem page(nullptr);
-    QCOMPARE(shownValue(&page, "BIOS Version:"), QStringLiteral("a"));
-    QCOMPARE(shownValue(&page, "BIOS Release Date:"), QStringLiteral("d"));
-}
-
-void tst_PageSystem::kernelVersionWithoutUname()
-{
-    Device::write(QStringLiteral("/usr/bin/uname"), "not a program");
-    QVERIFY(QFile::setPermissions(QStringLiteral("/usr/bin/uname"), QFile::ReadOwner | QFile::WriteOwner));
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "OS Kernel Version:"),
-             QStringLiteral("Unknown"));
-    Device::remove(QStringLiteral("/usr/bin/uname"));
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "OS Kernel Version:"),
-             QStringLiteral("Unknown"));
-}
-
-void tst_PageSystem::kernelVersionOfAFailingUname()
-{
-    Device::installTool(QStringLiteral("/usr/bin/uname"),
-                        "echo '  2.6.35 '; echo second; echo error >&2; exit 3");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "OS Kernel Version:"),
-             QStringLiteral("2.6.35 \nsecond"));
-    Device::installTool(QStringLiteral("/usr/bin/uname"), "echo 2.6.36; kill -KILL $$");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "OS Kernel Version:"),
-             QStringLiteral("2.6.36"));
-    Device::installTool(QStringLiteral("/usr/bin/uname"), "true");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "OS Kernel Version:"), QString());
-}
-
-void tst_PageSystem::kernelVersionUpToTheZeroByte()
-{
-    Device::installTool(QStringLiteral("/usr/bin/uname"), "printf '2.6\\000.35\\n'");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "OS Kernel Version:"),
-             QStringLiteral("2.6"));
-}
-
-void tst_PageSystem::kernelVersionOfAHangingUname()
-{
-    Device::installTool(QStringLiteral("/usr/bin/uname"),
-                        "echo 2.6.35; echo $$ >\"$SYSINFO_RIG/uname-pid\"; exec sleep 600");
-    QElapsedTimer time;
-    time.start();
-    QVERIFY(readKernelVersion(500).isNull());
-    QVERIFY(time.elapsed() >= 500);
-    QFile pid(qEnvironmentVariable("SYSINFO_RIG") + QStringLiteral("/uname-pid"));
-    QVERIFY(pid.open(QIODevice::ReadOnly));
-    QVERIFY(!QFile::exists(QStringLiteral("/proc/") + QString::fromLatin1(pid.readAll().trimmed())));
-}
-
-void tst_PageSystem::buildIdMissing()
-{
-    Device::remove(QStringLiteral("/etc/imageid"));
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "OS Build ID:"),
-             QStringLiteral("Unknown"));
-}
-
-void tst_PageSystem::buildIdEmpty()
-{
-    Device::write(QStringLiteral("/etc/imageid"), "");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "OS Build ID:"),
-             QStringLiteral("Unknown"));
-}
-
-void tst_PageSystem::buildIdOfBlanks()
-{
-    Device::write(QStringLiteral("/etc/imageid"), "   \nTC50\n");
-    QCOMPARE(shownValue(std::make_unique<pageSystem>(nullptr).get(), "OS Build ID:"), QString());
 }
 
 void tst_PageSystem::latin1AndZeroBytes()
