@@ -114,21 +114,22 @@ QGroupBox *pageSystem::createFlashAndMemoryGroup()
     flashInstalledValue = createBoxedValue(group);
     memoryInstalledValue = createBoxedValue(group);
 
+    const QStringList headers{tr("Free"), tr("Used"), tr("Installed")};
     auto *grid = new QGridLayout(group);
-    int column = 1;
-    for (const QString &header : {tr("Free"), tr("Used"), tr("Installed")}) {
-        QLabel *label = createCaption(header, group);
-        label->setAlignment(Qt::AlignCenter);
-        grid->addWidget(label, 0, column++);
+    for (int i = 0; i < headers.size(); ++i) {
+        QLabel *header = createCaption(headers.at(i), group);
+        header->setAlignment(Qt::AlignCenter);
+        grid->addWidget(header, 0, i + 1);
     }
-    grid->addWidget(createCaption(tr("Flash:"), group), 1, 0);
-    grid->addItem(new UnsqueezedItem(flashFreeValue), 1, 1);
-    grid->addItem(new UnsqueezedItem(flashUsedValue), 1, 2);
-    grid->addItem(new UnsqueezedItem(flashInstalledValue), 1, 3);
-    grid->addWidget(createCaption(tr("Memory:"), group), 2, 0);
-    grid->addItem(new UnsqueezedItem(memoryFreeValue), 2, 1);
-    grid->addItem(new UnsqueezedItem(memoryUsedValue), 2, 2);
-    grid->addItem(new UnsqueezedItem(memoryInstalledValue), 2, 3);
+    const auto addRow = [=](int row, const QString &caption, const QList<QLabel *> &values) {
+        grid->addWidget(createCaption(caption, group), row, 0);
+        for (int i = 0; i < values.size(); ++i) {
+            values.at(i)->setAccessibleName(caption + QLatin1Char(' ') + headers.at(i));
+            grid->addItem(new UnsqueezedItem(values.at(i)), row, i + 1);
+        }
+    };
+    addRow(1, tr("Flash:"), {flashFreeValue, flashUsedValue, flashInstalledValue});
+    addRow(2, tr("Memory:"), {memoryFreeValue, memoryUsedValue, memoryInstalledValue});
     return group;
 }
 

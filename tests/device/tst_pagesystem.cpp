@@ -320,6 +320,8 @@ void tst_PageSystem::showsMarkupAsText()
         for (int column = 1; column <= 3; ++column) {
             const QLabel *value = captionedRow(&page, QString::fromLatin1(caption)).labelAt(column);
             QCOMPARE(value->textFormat(), Qt::PlainText);
+            const char *header = column == 1 ? " Free" : column == 2 ? " Used" : " Installed";
+            QCOMPARE(value->accessibleName(), QLatin1String(caption) + QLatin1String(header));
         }
     }
 }

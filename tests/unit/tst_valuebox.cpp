@@ -1,6 +1,7 @@
 #include "app/factlabel.h"
 #include "app/valuebox.h"
 
+#include <QAccessible>
 #include <QLabel>
 #include <QTest>
 
@@ -11,6 +12,7 @@ private Q_SLOTS:
     void framesAValueLabel();
     void framesAWidgetAloneWithoutItsAlignmentAndHeight();
     void showsFactsAsPlainText();
+    void readsFactsByTheirCaption();
 };
 
 void tst_ValueBox::framesAValueLabel()
@@ -48,6 +50,25 @@ void tst_ValueBox::showsFactsAsPlainText()
     QCOMPARE(label->parent(), &page);
     QCOMPARE(label->textFormat(), Qt::PlainText);
     QVERIFY(label->text().isEmpty());
+}
+
+void tst_ValueBox::readsFactsByTheirCaption()
+{
+    QWidget page;
+    QLabel caption(QStringLiteral("Serial Number:"), &page);
+    QLabel *fact = createFactLabel(&page);
+    caption.setBuddy(fact);
+    fact->setText(QStringLiteral("TC <b>50</b>"));
+    QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(fact);
+    QCOMPARE(accessible->role(), QAccessible::StaticText);
+    QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Serial Number:"));
+    const QAccessibleTextInterface *text = accessible->textInterface();
+    QVERIFY(text);
+    QCOMPARE(text->characterCount(), 12);
+    QCOMPARE(text->text(0, 12), QStringLiteral("TC <b>50</b>"));
+    QCOMPARE(text->text(3, 6), QStringLiteral("<b>"));
+    fact->setAccessibleName(QStringLiteral("Flash: Free"));
+    QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Flash: Free"));
 }
 
 QTEST_MAIN(tst_ValueBox)
