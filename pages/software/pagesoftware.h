@@ -1,10 +1,51 @@
 #pragma once
 
+#include <QList>
+#include <QStringList>
 #include <QWidget>
 
+class PackageListModel;
+class PackageListView;
+class QProcess;
+
+/// How long a refresh waits for a program to finish, in milliseconds.
+struct PackageToolLimits {
+    int packageNames = 3000;
+    int query = 30000;
+};
+
+/// The "Software Information" tab: the main software, asked from the package database, and the add-ons,
+/// asked from the device's own package tool. Both lists are built anew every three seconds.
 class pageSoftware : public QWidget {
     Q_OBJECT
 
 public:
-    explicit pageSoftware(QWidget *parent);
+    explicit pageSoftware(QWidget *parent, const PackageToolLimits &limits = {});
+    ~pageSoftware() override;
+
+protected:
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    /// What a program printed and the rows that it gives: as a rule it prints the same at every refresh.
+    struct Inventory {
+        PackageListModel *model = nullptr;
+        QByteArray output;
+        QList<QStringList> rows;
+    };
+    using RowsOfOutput = QList<QStringList> (*)(const QByteArray &output);
+
+    void createLayout();
+    void refreshMainSoftware();
+    void refreshAddons();
+    void rebuild(PackageListView *view, Inventory &inventory, RowsOfOutput rowsOf, const QString &program,
+                 const QStringList &arguments);
+
+    PackageListView *mainView;
+    PackageListView *addonView;
+    int refreshTimerId;
+    QProcess *packageProcess;
+    PackageToolLimits toolLimits;
+    Inventory mainSoftware;
+    Inventory addons;
 };

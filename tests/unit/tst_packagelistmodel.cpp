@@ -1,0 +1,144 @@
+#include "pages/software/packagelistmodel.h"
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace {
+
+QStringList twoHeaders()
+{
+    return {QStringLiteral("Name"), QStringLiteral("Version")};
+}
+
+QList<QStringList> rowsOf(const char *text)
+{
+    QList<QStringList> rows;
+    const QStringList lines = QString::fromLatin1(text).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    for (const QString &line : lines)
+        rows.append(line.split(QLatin1Char('|')));
+    return rows;
+}
+
+/// What a view reads from the model, in the form that rowsOf() takes; "-" for a cell without an item.
+QString textOf(const PackageListModel &model)
+{
+    QStringList lines;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        QStringList cells;
+        for (int column = 0; column < model.columnCount(); ++column)
+            cells.append(model.item(row, column) ? model.index(row, column).data().toString()
+                                                 : QStringLiteral("-"));
+        lines.append(cells.join(QLatin1Char('|')));
+    }
+    return lines.join(QLatin1Char('/'));
+}
+
+} // namespace
+
+class tst_PackageListModel : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void fillsAnEmptyModel_data();
+    void fillsAnEmptyModel();
+    void keepsTheRowsBefore();
+    void keepsTheHeaderTexts();
+    void reportsAllRowsAtOnce();
+    void keepsPersistentIndexes();
+    void itemsKnowTheirTextAndPlace();
+};
+
+void tst_PackageListModel::fillsAnEmptyModel_data()
+{
+    QTest::addColumn<QByteArray>("rows");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("no row") << QByteArray() << "";
+    QTest::newRow("one row") << QByteArray("a|1") << "a|1";
+    QTest::newRow("two rows") << QByteArray("b|1/a|2") << "b|1/a|2";
+    QTest::newRow("shorter than the columns") << QByteArray("a/b|2") << "a|-/b|2";
+    QTest::newRow("all shorter than the columns") << QByteArray("a/b") << "a|-/b|-";
+    QTest::newRow("longer than the columns") << QByteArray("a|1/b|2|x") << "a|1|-/b|2|x";
+    QTest::newRow("an empty text") << QByteArray("a|") << "a|";
+}
+
+void tst_PackageListModel::fillsAnEmptyModel()
+{
+    QFETCH(QByteArray, rows);
+    PackageListModel model(twoHeaders(), nullptr);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    model.appendRows(rowsOf(rows.constData()));
+    QTEST(textOf(model), "text");
+}
+
+void tst_PackageListModel::keepsTheRowsBefore()
+{
+    PackageListModel model(twoHeaders(), nullptr);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    model.appendRows(rowsOf("a|1/b|2"));
+    model.appendRows(rowsOf("c|3/d"));
+    QCOMPARE(textOf(model), QStringLiteral("a|1/b|2/c|3/d|-"));
+}
+
+void tst_PackageListModel::keepsTheHeaderTexts()
+{
+    PackageListModel model(twoHeaders(), nullptr);
+    model.appendRows(rowsOf("a|1|x"));
+    model.removeAllRows();
+    QCOMPARE(model.rowCount(), 0);
+    model.appendRows(rowsOf("a|1"));
+    QCOMPARE(model.columnCount(), 3);
+    QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), QStringLiteral("Name"));
+    QCOMPARE(model.headerData(1, Qt::Horizontal).toString(), QStringLiteral("Version"));
+}
+
+void tst_PackageListModel::reportsAllRowsAtOnce()
+{
+    PackageListModel model(twoHeaders(), nullptr);
+    model.appendRows(rowsOf("a|1"));
+    QSignalSpy announced(&model, &PackageListModel::rowsAboutToBeInserted);
+    QSignalSpy inserted(&model, &PackageListModel::rowsInserted);
+    QSignalSpy changed(&model, &PackageListModel::dataChanged);
+    QSignalSpy arranged(&model, &PackageListModel::layoutChanged);
+    QString textWhenReported;
+    connect(&model, &PackageListModel::rowsInserted, this, [&] { textWhenReported = textOf(model); });
+    model.appendRows(rowsOf("b|2/c|3/d|4"));
+    for (const QSignalSpy *spy : {&announced, &inserted}) {
+        QCOMPARE(spy->size(), 1);
+        QCOMPARE(spy->constFirst().at(0).toModelIndex(), QModelIndex());
+        QCOMPARE(spy->constFirst().at(1).toInt(), 1);
+        QCOMPARE(spy->constFirst().at(2).toInt(), 3);
+    }
+    QCOMPARE(textWhenReported, QStringLiteral("a|1/b|2/c|3/d|4"));
+    QCOMPARE(arranged.size(), 0);
+    QCOMPARE(changed.size(), 0);
+    QVERIFY(!model.signalsBlocked());
+}
+
+void tst_PackageListModel::keepsPersistentIndexes()
+{
+    PackageListModel model(twoHeaders(), nullptr);
+    model.appendRows(rowsOf("a|1/b|2"));
+    const QPersistentModelIndex last(model.index(1, 1));
+    model.appendRows(rowsOf("c|3/d|4|x"));
+    QVERIFY(last.isValid());
+    QCOMPARE(last.row(), 1);
+    QCOMPARE(last.data().toString(), QStringLiteral("2"));
+    model.removeAllRows();
+    QVERIFY(!last.isValid());
+}
+
+void tst_PackageListModel::itemsKnowTheirTextAndPlace()
+{
+    PackageListModel model(twoHeaders(), nullptr);
+    model.appendRows(rowsOf("a|1/b|2"));
+    const QStandardItem *item = model.item(1, 1);
+    QCOMPARE(item->text(), QStringLiteral("2"));
+    QCOMPARE(item->data(Qt::EditRole).toString(), QStringLiteral("2"));
+    QVERIFY(!item->data(Qt::ToolTipRole).isValid());
+    QCOMPARE(item->model(), &model);
+    QCOMPARE(item->index(), model.index(1, 1));
+}
+
+QTEST_GUILESS_MAIN(tst_PackageListModel)
+#include "tst_packagelistmodel.moc"

@@ -1,0 +1,162 @@
+#include "pages/software/packagelistmodel.h"
+#include "pages/software/packagelistview.h"
+
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+/// Counts how often a cell is measured.
+class CountingDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        ++measured;
+        return QStyledItemDelegate::sizeHint(option, index);
+    }
+
+    mutable int measured = 0;
+};
+
+QList<QStringList> manyRows(int count)
+{
+    QList<QStringList> rows;
+    for (int row = 0; row < count; ++row)
+        rows.append({QStringLiteral("package-%1").arg(row), QStringLiteral("1.%1").arg(row)});
+    return rows;
+}
+
+} // namespace
+
+class tst_PackageListView : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void isFlatAndReadOnly();
+    void measuresAColumnOnceForAContent();
+    void measuresAnotherContent();
+    void measuresInAnotherFont();
+    void fitsTheWidestOfAllRows();
+    void scrollsToTheStart();
+
+private:
+    void fill(const QList<QStringList> &rows);
+    void arrange();
+
+    std::unique_ptr<PackageListModel> model;
+    std::unique_ptr<PackageListView> view;
+    CountingDelegate *delegate = nullptr;
+};
+
+void tst_PackageListView::init()
+{
+    model = std::make_unique<PackageListModel>(QStringList{QStringLiteral("Name"), QStringLiteral("Version")},
+                                               nullptr);
+    view = std::make_unique<PackageListView>();
+    delegate = new CountingDelegate(view.get());
+    view->setItemDelegate(delegate);
+    view->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    view->setModel(model.get());
+    view->resize(300, 200);
+    view->show();
+    QVERIFY(QTest::qWaitForWindowExposed(view.get()));
+}
+
+void tst_PackageListView::cleanup()
+{
+    view.reset();
+    model.reset();
+}
+
+void tst_PackageListView::fill(const QList<QStringList> &rows)
+{
+    model->removeAllRows();
+    model->appendRows(rows);
+    arrange();
+}
+
+/// Lets the view do what it has put off.
+void tst_PackageListView::arrange()
+{
+    QTest::qWait(0);
+    QCoreApplication::processEvents();
+    view->header()->sectionSize(0);
+}
+
+void tst_PackageListView::isFlatAndReadOnly()
+{
+    QVERIFY(!view->rootIsDecorated());
+    QVERIFY(view->alternatingRowColors());
+    QCOMPARE(view->editTriggers(), QAbstractItemView::NoEditTriggers);
+}
+
+void tst_PackageListView::measuresAColumnOnceForAContent()
+{
+    fill(manyRows(500));
+    // The last column takes the space that is left.
+    QVERIFY2(delegate->measured >= 500, qPrintable(QString::number(delegate->measured)));
+    const int width = view->columnWidth(0);
+    delegate->measured = 0;
+    fill(manyRows(500));
+    // Only the rows that are seen, while they are painted.
+    QVERIFY2(delegate->measured < 100, qPrintable(QString::number(delegate->measured)));
+    QCOMPARE(view->columnWidth(0), width);
+}
+
+void tst_PackageListView::measuresAnotherContent()
+{
+    fill(manyRows(5));
+    const int width = view->columnWidth(0);
+    view->forgetColumnWidths();
+    fill({{QString(100, QLatin1Char('w')), QString()}});
+    QVERIFY(view->columnWidth(0) > 2 * width);
+    view->forgetColumnWidths();
+    fill(manyRows(5));
+    QCOMPARE(view->columnWidth(0), width);
+}
+
+void tst_PackageListView::measuresInAnotherFont()
+{
+    fill(manyRows(5));
+    const int width = view->columnWidth(0);
+    QFont font = view->font();
+    font.setPointSizeF(font.pointSizeF() * 3);
+    view->setFont(font);
+    arrange();
+    QVERIFY(view->columnWidth(0) > 2 * width);
+}
+
+void tst_PackageListView::fitsTheWidestOfAllRows()
+{
+    QList<QStringList> rows = manyRows(3000);
+    const QString longName(60, QLatin1Char('w'));
+    rows[2000].first() = longName;
+    fill(rows);
+    QVERIFY(view->columnWidth(0) >= view->fontMetrics().horizontalAdvance(longName));
+}
+
+void tst_PackageListView::scrollsToTheStart()
+{
+    fill({{QString(100, QLatin1Char('w')), QStringLiteral("1")}});
+    fill(manyRows(500));
+    view->horizontalScrollBar()->setValue(50);
+    view->verticalScrollBar()->setValue(100);
+    QCOMPARE(view->horizontalScrollBar()->value(), 50);
+    QCOMPARE(view->verticalScrollBar()->value(), 100);
+    view->scrollToStart();
+    QCOMPARE(view->horizontalScrollBar()->value(), 0);
+    QCOMPARE(view->verticalScrollBar()->value(), 0);
+    QCOMPARE(view->indexAt(QPoint(1, 1)), model->index(0, 0));
+}
+
+QTEST_MAIN(tst_PackageListView)
+#include "tst_packagelistview.moc"
