@@ -191,6 +191,7 @@ private Q_SLOTS:
     void listsTheRealPackagesThatAreNamed();
     void showsArchitectures();
 
+    void waitsForEachToolByItsOwnLimit();
     void listsWhatAHangingQueryPrinted();
     void listsWhatAHangingAddonToolPrinted();
     void forgetsWhatAKilledToolPrintedLater();
@@ -601,6 +602,27 @@ void tst_pageSoftware::showsArchitectures()
     QVERIFY2(
         mainRows(page).startsWith(QStringLiteral("libc6:") + architecture.constFirst() + QLatin1Char('|')),
         qPrintable(mainRows(page)));
+}
+
+void tst_pageSoftware::waitsForEachToolByItsOwnLimit()
+{
+    const QByteArray slowly = "sleep 0.6; ";
+    PackageToolLimits limits;
+    limits.packageNames = 200;
+    {
+        Device::installTool(dpkgQuery, slowly + printing("a 1\\n"));
+        Device::installTool(ovpkg, slowly + printing("b\\n"));
+        const pageSoftware page(nullptr, limits);
+        QCOMPARE(mainRows(page), QStringLiteral("a|1"));
+        QCOMPARE(addonRows(page), QStringLiteral("b"));
+    }
+    Device::restore();
+    limits = PackageToolLimits();
+    limits.query = 200;
+    Device::installTool(cat, slowly + printing("bash"));
+    const pageSoftware page(nullptr, limits);
+    QVERIFY2(Device::calls().contains({dpkgQuery, QStringLiteral("-W"), QStringLiteral("bash")}),
+             qPrintable(recordedCalls()));
 }
 
 void tst_pageSoftware::listsWhatAHangingQueryPrinted()
