@@ -24,12 +24,12 @@ private:
     QString shownText;
 };
 
-int longestRow(const QList<QStringList> &rows)
+int longestRow(const std::vector<PackageListModel::Row> &rows)
 {
-    int longest = 0;
-    for (const QStringList &row : rows)
-        longest = std::max(longest, int(row.size()));
-    return longest;
+    size_t longest = 0;
+    for (const PackageListModel::Row &row : rows)
+        longest = std::max(longest, row.size());
+    return static_cast<int>(longest);
 }
 
 } // namespace
@@ -46,22 +46,36 @@ void PackageListModel::removeAllRows()
     removeRows(0, rowCount());
 }
 
-void PackageListModel::appendRows(const QList<QStringList> &rows)
+std::vector<PackageListModel::Row> PackageListModel::createRows(const QList<QStringList> &texts)
 {
-    if (rows.isEmpty())
+    std::vector<Row> rows;
+    rows.reserve(static_cast<size_t>(texts.size()));
+    for (const QStringList &rowTexts : texts) {
+        Row &row = rows.emplace_back();
+        row.reserve(static_cast<size_t>(rowTexts.size()));
+        for (const QString &text : rowTexts)
+            row.push_back(std::make_unique<TextItem>(text));
+    }
+    return rows;
+}
+
+void PackageListModel::appendRows(std::vector<Row> rows)
+{
+    if (rows.empty())
         return;
     setColumnCount(std::max(columnCount(), longestRow(rows)));
-    int row = rowCount();
-    const int end = row + int(rows.size());
-    beginInsertRows(QModelIndex(), row, end - 1);
+    int rowNumber = rowCount();
+    const int end = rowNumber + static_cast<int>(rows.size());
+    beginInsertRows(QModelIndex(), rowNumber, end - 1);
     {
         // Neither the rows while they are empty nor each of their items is worth a report.
         const QSignalBlocker blocker(this);
         setRowCount(end);
-        for (const QStringList &texts : rows) {
-            for (int column = 0; column < texts.size(); ++column)
-                setItem(row, column, new TextItem(texts.at(column)));
-            ++row;
+        for (Row &row : rows) {
+            int column = 0;
+            for (std::unique_ptr<QStandardItem> &item : row)
+                setItem(rowNumber, column++, item.release());
+            ++rowNumber;
         }
     }
     endInsertRows();

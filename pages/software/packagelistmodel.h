@@ -2,6 +2,9 @@
 
 #include <QStandardItemModel>
 
+#include <memory>
+#include <vector>
+
 /// The rows of a package list, which come and go all together.
 class PackageListModel : public QStandardItemModel {
     Q_OBJECT
@@ -12,7 +15,12 @@ public:
 
     void removeAllRows();
 
-    /// Adds rows of one item per text; the model gets as many columns as the longest row needs. It reports
-    /// all rows at once, so that a view measures and arranges its columns once.
-    void appendRows(const QList<QStringList> &rows);
+    using Row = std::vector<std::unique_ptr<QStandardItem>>;
+
+    /// New rows of one item per text, which belong to no model yet.
+    static std::vector<Row> createRows(const QList<QStringList> &texts);
+
+    /// Adds the rows; the model gets as many columns as the longest of them needs. It reports all rows at
+    /// once, so that a view measures and arranges its columns once.
+    void appendRows(std::vector<Row> rows);
 };

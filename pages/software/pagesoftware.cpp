@@ -140,8 +140,9 @@ void pageSoftware::rebuild(PackageListView *view, Inventory &inventory, RowsOfOu
                            const QString &program, const QStringList &arguments)
 {
     packageProcess->start(program, arguments);
-    // The old rows go while the program works.
+    // While the program works, the old rows go and new ones are made of what it printed the last time.
     inventory.model->removeAllRows();
+    std::vector<PackageListModel::Row> rows = PackageListModel::createRows(inventory.rows);
     packageProcess->waitForFinished(toolLimits.query);
     const QByteArray output = packageProcess->readAllStandardOutput();
     stop(packageProcess, toolLimits.query);
@@ -149,9 +150,10 @@ void pageSoftware::rebuild(PackageListView *view, Inventory &inventory, RowsOfOu
     if (output != inventory.output) {
         inventory.output = output;
         inventory.rows = rowsOf(output);
+        rows = PackageListModel::createRows(inventory.rows);
         view->forgetColumnWidths();
     }
-    inventory.model->appendRows(inventory.rows);
+    inventory.model->appendRows(std::move(rows));
     // The view is arranged only later and would keep the position of the old rows.
     view->scrollToStart();
 }

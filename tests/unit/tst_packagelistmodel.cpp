@@ -67,7 +67,7 @@ void tst_PackageListModel::fillsAnEmptyModel()
     QFETCH(QByteArray, rows);
     PackageListModel model(twoHeaders(), nullptr);
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    model.appendRows(rowsOf(rows.constData()));
+    model.appendRows(PackageListModel::createRows(rowsOf(rows.constData())));
     QTEST(textOf(model), "text");
 }
 
@@ -75,18 +75,18 @@ void tst_PackageListModel::keepsTheRowsBefore()
 {
     PackageListModel model(twoHeaders(), nullptr);
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    model.appendRows(rowsOf("a|1/b|2"));
-    model.appendRows(rowsOf("c|3/d"));
+    model.appendRows(PackageListModel::createRows(rowsOf("a|1/b|2")));
+    model.appendRows(PackageListModel::createRows(rowsOf("c|3/d")));
     QCOMPARE(textOf(model), QStringLiteral("a|1/b|2/c|3/d|-"));
 }
 
 void tst_PackageListModel::keepsTheHeaderTexts()
 {
     PackageListModel model(twoHeaders(), nullptr);
-    model.appendRows(rowsOf("a|1|x"));
+    model.appendRows(PackageListModel::createRows(rowsOf("a|1|x")));
     model.removeAllRows();
     QCOMPARE(model.rowCount(), 0);
-    model.appendRows(rowsOf("a|1"));
+    model.appendRows(PackageListModel::createRows(rowsOf("a|1")));
     QCOMPARE(model.columnCount(), 3);
     QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), QStringLiteral("Name"));
     QCOMPARE(model.headerData(1, Qt::Horizontal).toString(), QStringLiteral("Version"));
@@ -95,14 +95,14 @@ void tst_PackageListModel::keepsTheHeaderTexts()
 void tst_PackageListModel::reportsAllRowsAtOnce()
 {
     PackageListModel model(twoHeaders(), nullptr);
-    model.appendRows(rowsOf("a|1"));
+    model.appendRows(PackageListModel::createRows(rowsOf("a|1")));
     QSignalSpy announced(&model, &PackageListModel::rowsAboutToBeInserted);
     QSignalSpy inserted(&model, &PackageListModel::rowsInserted);
     QSignalSpy changed(&model, &PackageListModel::dataChanged);
     QSignalSpy arranged(&model, &PackageListModel::layoutChanged);
     QString textWhenReported;
     connect(&model, &PackageListModel::rowsInserted, this, [&] { textWhenReported = textOf(model); });
-    model.appendRows(rowsOf("b|2/c|3/d|4"));
+    model.appendRows(PackageListModel::createRows(rowsOf("b|2/c|3/d|4")));
     for (const QSignalSpy *spy : {&announced, &inserted}) {
         QCOMPARE(spy->size(), 1);
         QCOMPARE(spy->constFirst().at(0).toModelIndex(), QModelIndex());
@@ -118,9 +118,9 @@ void tst_PackageListModel::reportsAllRowsAtOnce()
 void tst_PackageListModel::keepsPersistentIndexes()
 {
     PackageListModel model(twoHeaders(), nullptr);
-    model.appendRows(rowsOf("a|1/b|2"));
+    model.appendRows(PackageListModel::createRows(rowsOf("a|1/b|2")));
     const QPersistentModelIndex last(model.index(1, 1));
-    model.appendRows(rowsOf("c|3/d|4|x"));
+    model.appendRows(PackageListModel::createRows(rowsOf("c|3/d|4|x")));
     QVERIFY(last.isValid());
     QCOMPARE(last.row(), 1);
     QCOMPARE(last.data().toString(), QStringLiteral("2"));
@@ -131,7 +131,7 @@ void tst_PackageListModel::keepsPersistentIndexes()
 void tst_PackageListModel::itemsKnowTheirTextAndPlace()
 {
     PackageListModel model(twoHeaders(), nullptr);
-    model.appendRows(rowsOf("a|1/b|2"));
+    model.appendRows(PackageListModel::createRows(rowsOf("a|1/b|2")));
     const QStandardItem *item = model.item(1, 1);
     QCOMPARE(item->text(), QStringLiteral("2"));
     QCOMPARE(item->data(Qt::EditRole).toString(), QStringLiteral("2"));

@@ -80,7 +80,7 @@ void tst_PackageListView::cleanup()
 void tst_PackageListView::fill(const QList<QStringList> &rows)
 {
     model->removeAllRows();
-    model->appendRows(rows);
+    model->appendRows(PackageListModel::createRows(rows));
     arrange();
 }
 
