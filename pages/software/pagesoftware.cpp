@@ -32,6 +32,7 @@ QString packageQueryProgram()
 void addGroup(QLayout *layout, const QString &title, QTreeView *view)
 {
     auto *group = new QGroupBox(title);
+    view->setAccessibleName(title);
     auto *groupLayout = new QHBoxLayout(group);
     groupLayout->addWidget(view);
     layout->addWidget(group);
