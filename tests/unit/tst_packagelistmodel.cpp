@@ -45,6 +45,7 @@ private Q_SLOTS:
     void keepsTheRowsBefore();
     void keepsTheHeaderTexts();
     void reportsAllRowsAtOnce();
+    void reportsColumns();
     void keepsPersistentIndexes();
     void itemsKnowTheirTextAndPlace();
 };
@@ -113,6 +114,18 @@ void tst_PackageListModel::reportsAllRowsAtOnce()
     QCOMPARE(arranged.size(), 0);
     QCOMPARE(changed.size(), 0);
     QVERIFY(!model.signalsBlocked());
+}
+
+void tst_PackageListModel::reportsColumns()
+{
+    PackageListModel model(twoHeaders(), nullptr);
+    QSignalSpy inserted(&model, &PackageListModel::columnsInserted);
+    model.appendRows(PackageListModel::createRows(rowsOf("a|1/b|2")));
+    QCOMPARE(inserted.size(), 0);
+    model.appendRows(PackageListModel::createRows(rowsOf("a|1|x|y/b|2|z")));
+    QCOMPARE(inserted.size(), 1);
+    QCOMPARE(inserted.constFirst().at(1).toInt(), 2);
+    QCOMPARE(inserted.constFirst().at(2).toInt(), 3);
 }
 
 void tst_PackageListModel::keepsPersistentIndexes()
