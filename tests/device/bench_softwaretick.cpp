@@ -1,31 +1,25 @@
 // How long one refresh of the "Software Information" tab holds the event loop, beside what it costs to run
 // its three programs and read what they print. Run it on a device:
 //     tests/device/on-device x86 build/release/tests/device/bench_softwaretick
-#include "pages/software/pagesoftware.h"
-#include "tests/device/device.h"
+#include "tests/device/softwarepage.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
-#include <QStandardItemModel>
 #include <QTest>
-#include <QTimerEvent>
-#include <QTreeView>
 
 #include <algorithm>
 #include <vector>
 
 #include <cstdio>
 
+using namespace SoftwarePage;
+
 namespace {
 
 constexpr int packages = 3000;
 constexpr int runs = 20;
-
-const QString dpkgQuery = QStringLiteral("/usr/bin/dpkg-query");
-const QString ovpkg = QStringLiteral("/usr/bin/ovpkg");
-const QString packageNames = QStringLiteral("/etc/SysInfo/pkg_list.conf");
 
 QByteArray runAndRead(const QString &program, const QStringList &arguments)
 {
@@ -74,13 +68,12 @@ void measure(const char *tools)
     std::vector<double> showing;
     for (int run = 0; run < runs; ++run) {
         programs.push_back(milliseconds(runThreePrograms));
-        QTimerEvent event(1);
-        ticks.push_back(milliseconds([&] { QCoreApplication::sendEvent(&page, &event); }));
+        ticks.push_back(milliseconds([&] { tick(page); }));
         showing.push_back(milliseconds([] {
             QCoreApplication::processEvents();
             QCoreApplication::processEvents();
         }));
-        if (page.findChild<QTreeView *>()->model()->rowCount() != packages)
+        if (modelOf(page, mainTitle)->rowCount() != packages)
             qFatal("the list is not full");
     }
     std::printf("%-20s programs %6.2f ms   tick %6.2f ms (ratio %.2f)   arranging and painting %6.2f ms\n",
