@@ -12,6 +12,7 @@ public:
     explicit NetworkDevice(const QString &name);
     virtual ~NetworkDevice();
 
+    /// The kernel's name of the interface (eth0), as given to the constructor, whether or not it exists.
     QString name() const;
 
     /// The interface's directory in sysfs, without a trailing slash.

@@ -62,7 +62,8 @@ void pageNetwork::timerEvent(QTimerEvent * /*event*/)
     const QString device = deviceCombo->currentText();
     if (device.isEmpty())
         return;
-    // Each of the later two does the work of the one before it once more.
+    // Each of the later two does the work of the one before it once more; the repetition and its order are
+    // established and kept.
     statsView->updateStats();
     updateDeviceInfo(device);
     gatherNetworkInfo();

@@ -18,6 +18,8 @@ public:
     ~pageNetwork() override;
 
 public Q_SLOTS:
+    /// Shows the facts of the interface with this name anew and reads the counters, which stay eth0's. The
+    /// gateway and the DNS settings wait for the next refresh.
     void deviceSelected(const QString &label);
 
 protected:
@@ -33,20 +35,20 @@ private:
     void gatherNetworkInfo();
     void updateDeviceInfo(const QString &name);
 
-    QGroupBox *interfaceGroup;
-    QComboBox *deviceCombo;
-    QLabel *netmaskValue;
-    QLabel *stateValue;
-    QLabel *macAddressValue;
-    QLabel *ipAddressValue;
-    QGroupBox *dnsGroup;
-    QLabel *hostnameValue;
-    QLabel *domainValue;
-    QListWidget *nameserverList;
-    QGroupBox *networkGroup;
-    QLabel *gatewayValue;
-    QLabel *dhcpServerCaption;
-    QLabel *dhcpServerValue;
-    NetStatsView *statsView;
-    int refreshTimerId;
+    QGroupBox *interfaceGroup = nullptr;
+    QComboBox *deviceCombo = nullptr;
+    QLabel *netmaskValue = nullptr;
+    QLabel *stateValue = nullptr;
+    QLabel *macAddressValue = nullptr;
+    QLabel *ipAddressValue = nullptr;
+    QGroupBox *dnsGroup = nullptr;
+    QLabel *hostnameValue = nullptr;
+    QLabel *domainValue = nullptr;
+    QListWidget *nameserverList = nullptr;
+    QGroupBox *networkGroup = nullptr;
+    QLabel *gatewayValue = nullptr;
+    QLabel *dhcpServerCaption = nullptr;
+    QLabel *dhcpServerValue = nullptr;
+    NetStatsView *statsView = nullptr;
+    int refreshTimerId = 0;
 };
