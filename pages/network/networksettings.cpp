@@ -2,26 +2,13 @@
 
 #include "app/asciitext.h"
 #include "app/commandrunner.h"
+#include "app/qtversion.h"
 #include "pages/network/netstatsview.h"
 
 #include <QFile>
 #include <QObject>
 #include <QRegularExpression>
 #include <QTextStream>
-
-namespace {
-
-/// Every byte gives a character, so that no name is shown with holes in it.
-void useLatin1(QTextStream &stream)
-{
-#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-    stream.setEncoding(QStringConverter::Latin1);
-#else
-    stream.setCodec("ISO-8859-1");
-#endif
-}
-
-} // namespace
 
 QStringList candidateInterfaces()
 {
@@ -38,13 +25,13 @@ bool isInterfacePresent(const QString &name)
 QString readHostName()
 {
     QFile file(QStringLiteral("/etc/hostname"));
-    return file.open(QIODevice::ReadOnly) ? hostName(file) : QString();
+    return file.open(QIODevice::ReadOnly) ? parseHostName(file) : QString();
 }
 
 QString readSearchDomain()
 {
     QFile file(QStringLiteral("/etc/resolv.conf"));
-    return file.open(QIODevice::ReadOnly) ? searchDomain(file) : QString();
+    return file.open(QIODevice::ReadOnly) ? parseSearchDomain(file) : QString();
 }
 
 QString readDefaultGateway()
@@ -58,7 +45,7 @@ QString readDhcpServer(const QString &name)
                     + QStringLiteral("/dhcp_server_identifier"));
     std::optional<QString> server;
     if (variables.open(QIODevice::ReadOnly))
-        server = dhcpServer(variables);
+        server = parseDhcpServer(variables);
     return server ? *server : QObject::tr("none");
 }
 
@@ -68,17 +55,17 @@ bool isDhcpConfigured(const QString &name)
     return interfaces.open(QIODevice::ReadOnly) && mentionsDhcp(interfaces, name);
 }
 
-QString hostName(QIODevice &file)
+QString parseHostName(QIODevice &file)
 {
     QTextStream stream(&file);
-    useLatin1(stream);
+    useLocaleEncoding(stream);
     return stream.readLine();
 }
 
-QString searchDomain(QIODevice &resolverConfiguration)
+QString parseSearchDomain(QIODevice &resolverConfiguration)
 {
     QTextStream stream(&resolverConfiguration);
-    useLatin1(stream);
+    useLocaleEncoding(stream);
     static const QRegularExpression whiteSpace(QStringLiteral("\\s+"),
                                                QRegularExpression::UseUnicodePropertiesOption);
     while (!stream.atEnd()) {
@@ -89,7 +76,7 @@ QString searchDomain(QIODevice &resolverConfiguration)
     return {};
 }
 
-std::optional<QString> dhcpServer(QIODevice &dhcpVariables)
+std::optional<QString> parseDhcpServer(QIODevice &dhcpVariables)
 {
     const QLatin1String key("dhcp_server_identifier=");
     std::optional<QString> server;

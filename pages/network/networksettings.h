@@ -30,15 +30,16 @@ QString readDhcpServer(const QString &name);
 /// cannot be opened.
 bool isDhcpConfigured(const QString &name);
 
-/// The host name in the text of a host name file: its first line, blanks included.
-QString hostName(QIODevice &file);
+/// The host name in the text of a host name file, which is in the locale's encoding: its first line, blanks
+/// included; empty when the text is.
+QString parseHostName(QIODevice &file);
 
-/// The first domain of the first "search" line in the text of a resolver configuration. Empty when no line
-/// starts with that word, or the first that does names no domain.
-QString searchDomain(QIODevice &resolverConfiguration);
+/// The first domain of the first "search" line in the text of a resolver configuration, which is in the
+/// locale's encoding. Empty when no line starts with that word, or the first that does names no domain.
+QString parseSearchDomain(QIODevice &resolverConfiguration);
 
 /// The value of the last "dhcp_server_identifier=" line, trimmed; nothing when there is no such line.
-std::optional<QString> dhcpServer(QIODevice &dhcpVariables);
+std::optional<QString> parseDhcpServer(QIODevice &dhcpVariables);
 
 /// Whether any line contains the interface's name, be it as part of a longer word, and "dhcp".
 bool mentionsDhcp(QIODevice &interfaces, const QString &name);

@@ -12,12 +12,12 @@ private Q_SLOTS:
     void interfacePresent_data();
     void interfacePresent();
     void presentCandidatesKeepTheirOrder();
-    void hostName_data();
-    void hostName();
-    void searchDomain_data();
-    void searchDomain();
-    void dhcpServer_data();
-    void dhcpServer();
+    void parseHostName_data();
+    void parseHostName();
+    void parseSearchDomain_data();
+    void parseSearchDomain();
+    void parseDhcpServer_data();
+    void parseDhcpServer();
     void dhcpServerAbsent_data();
     void dhcpServerAbsent();
     void mentionsDhcp_data();
@@ -94,7 +94,7 @@ void tst_NetworkSettings::presentCandidatesKeepTheirOrder()
     QCOMPARE(present, QStringList({QStringLiteral("eth0"), QStringLiteral("wlan0")}));
 }
 
-void tst_NetworkSettings::hostName_data()
+void tst_NetworkSettings::parseHostName_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QString>("name");
@@ -107,20 +107,27 @@ void tst_NetworkSettings::hostName_data()
     QTest::newRow("empty file") << QByteArray() << "";
     QTest::newRow("empty first line") << QByteArray("\nthin1\n") << "";
     QTest::newRow("comment") << QByteArray("# name\nthin1\n") << "# name";
-    QTest::newRow("Latin-1") << QByteArray("caf\xe9\n") << QStringLiteral("caf\u00e9");
-    QTest::newRow("bytes of UTF-8, one by one") << QByteArray("\xc3\xa9\n") << QStringLiteral("\u00c3\u00a9");
+    QTest::newRow("beyond ASCII") << QByteArray("caf\xc3\xa9\n") << QStringLiteral("caf\u00e9");
+    QTest::newRow("beyond Latin-1") << QByteArray("\xd1\x82\xd0\xba\n") << QStringLiteral("\u0442\u043a");
+    QTest::newRow("invalid byte") << QByteArray("thin\xff"
+                                                "1\n")
+                                  << QStringLiteral("thin\ufffd1");
+    QTest::newRow("character without its end")
+        << QByteArray("thin\xc3-1\nthin2\n") << QStringLiteral("thin\ufffd-1");
+    QTest::newRow("character without its end before the newline")
+        << QByteArray("thin\xc3\nthin2\n") << QStringLiteral("thin\ufffd");
     QTest::newRow("longer than a buffer") << QByteArray(20000, 'x') << QString(20000, QLatin1Char('x'));
 }
 
-void tst_NetworkSettings::hostName()
+void tst_NetworkSettings::parseHostName()
 {
     QFETCH(QByteArray, file);
     QBuffer buffer(&file);
     QVERIFY(buffer.open(QIODevice::ReadOnly));
-    QTEST(::hostName(buffer), "name");
+    QTEST(::parseHostName(buffer), "name");
 }
 
-void tst_NetworkSettings::searchDomain_data()
+void tst_NetworkSettings::parseSearchDomain_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QString>("domain");
@@ -135,7 +142,7 @@ void tst_NetworkSettings::searchDomain_data()
     QTest::newRow("tabs and blanks") << QByteArray("search \t \ta.example\tb.example\n") << "a.example";
     QTest::newRow("carriage return") << QByteArray("search a.example\r\n") << "a.example";
     QTest::newRow("vertical tab and form feed") << QByteArray("search\v\fa.example\n") << "a.example";
-    QTest::newRow("no-break space") << QByteArray("search\xa0"
+    QTest::newRow("no-break space") << QByteArray("search\xc2\xa0"
                                                   "a.example\n")
                                     << "a.example";
     QTest::newRow("indented by a blank") << QByteArray(" search a.example\n") << "";
@@ -148,20 +155,27 @@ void tst_NetworkSettings::searchDomain_data()
     QTest::newRow("commented out") << QByteArray("#search a.example\n# search b.example\n") << "";
     QTest::newRow("empty lines") << QByteArray("\n\nsearch a.example\n") << "a.example";
     QTest::newRow("empty file") << QByteArray() << "";
-    QTest::newRow("Latin-1") << QByteArray("search caf\xe9.example\n") << QStringLiteral("caf\u00e9.example");
+    QTest::newRow("beyond ASCII") << QByteArray("search caf\xc3\xa9.example\n")
+                                  << QStringLiteral("caf\u00e9.example");
+    QTest::newRow("beyond Latin-1") << QByteArray("search \xd1\x82\xd0\xba.example\n")
+                                    << QStringLiteral("\u0442\u043a.example");
+    QTest::newRow("invalid byte") << QByteArray("search caf\xe9.example\n")
+                                  << QStringLiteral("caf\ufffd.example");
+    QTest::newRow("invalid byte in an earlier line")
+        << QByteArray("# caf\xe9\nsearch a.example\n") << "a.example";
     QTest::newRow("after a long line") << "# " + QByteArray(20000, 'x') + "\nsearch a.example\n"
                                        << "a.example";
 }
 
-void tst_NetworkSettings::searchDomain()
+void tst_NetworkSettings::parseSearchDomain()
 {
     QFETCH(QByteArray, file);
     QBuffer buffer(&file);
     QVERIFY(buffer.open(QIODevice::ReadOnly));
-    QTEST(::searchDomain(buffer), "domain");
+    QTEST(::parseSearchDomain(buffer), "domain");
 }
 
-void tst_NetworkSettings::dhcpServer_data()
+void tst_NetworkSettings::parseDhcpServer_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QString>("server");
@@ -197,12 +211,12 @@ void tst_NetworkSettings::dhcpServer_data()
                                              << "10.1.1.1";
 }
 
-void tst_NetworkSettings::dhcpServer()
+void tst_NetworkSettings::parseDhcpServer()
 {
     QFETCH(QByteArray, file);
     QBuffer buffer(&file);
     QVERIFY(buffer.open(QIODevice::ReadOnly));
-    const std::optional<QString> server = ::dhcpServer(buffer);
+    const std::optional<QString> server = ::parseDhcpServer(buffer);
     QVERIFY(server.has_value());
     QTEST(*server, "server");
 }
@@ -224,7 +238,7 @@ void tst_NetworkSettings::dhcpServerAbsent()
     QFETCH(QByteArray, file);
     QBuffer buffer(&file);
     QVERIFY(buffer.open(QIODevice::ReadOnly));
-    QVERIFY(!::dhcpServer(buffer).has_value());
+    QVERIFY(!::parseDhcpServer(buffer).has_value());
 }
 
 void tst_NetworkSettings::mentionsDhcp_data()
@@ -260,5 +274,6 @@ void tst_NetworkSettings::mentionsDhcp()
     QVERIFY(buffer.atEnd());
 }
 
-QTEST_APPLESS_MAIN(tst_NetworkSettings)
+// The application object takes over the locale.
+QTEST_GUILESS_MAIN(tst_NetworkSettings)
 #include "tst_networksettings.moc"
