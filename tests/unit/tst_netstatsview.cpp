@@ -5,7 +5,7 @@
 #include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QHeaderView>
-#include <QSignalSpy>
+#include <QScopeGuard>
 #include <QStyleFactory>
 #include <QTest>
 #include <QTextStream>
@@ -55,7 +55,6 @@ private Q_SLOTS:
     void updateStats_data();
     void updateStats();
     void valuesStayWithoutALine();
-    void unchangedValuesCostNothing();
 };
 
 void tst_NetStatsView::cleanup()
@@ -113,6 +112,7 @@ void tst_NetStatsView::sizes()
     QFont font = original;
     font.setPixelSize(pixelSize);
     QApplication::setFont(font);
+    const auto restoreFont = qScopeGuard([&original] { QApplication::setFont(original); });
 
     NetStatsView view(nullptr);
     view.resize(300, 400);
@@ -125,7 +125,6 @@ void tst_NetStatsView::sizes()
     QCOMPARE(view.horizontalHeader()->height(), 23);
     QVERIFY(view.verticalHeader()->isHidden());
     QVERIFY(view.horizontalHeader()->isVisible());
-    QApplication::setFont(original);
 }
 
 void tst_NetStatsView::sizesAfterChangeOfStyle()
@@ -256,7 +255,7 @@ void tst_NetStatsView::readCounter()
     QTableWidgetItem item(QStringLiteral("???"));
     QCOMPARE(&::readCounter(stream, &item), &stream);
     QTEST(item.text(), "word");
-    QVERIFY(item.data(Qt::DisplayRole).canConvert<QString>());
+    QCOMPARE(item.data(Qt::DisplayRole).userType(), int(QMetaType::QString));
 }
 
 void tst_NetStatsView::readCounterChains()
@@ -332,20 +331,6 @@ void tst_NetStatsView::valuesStayWithoutALine()
     dev.setInterfaces("  eth0: 5\n");
     view.updateStats();
     QCOMPARE(column(view, 1), values("- - 5 - - - - - - - - - - - -"));
-}
-
-void tst_NetStatsView::unchangedValuesCostNothing()
-{
-    ProcNetDev dev;
-    dev.setInterfaces("  eth0: 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16\n");
-    NetStatsView view(nullptr);
-    view.updateStats();
-    const QSignalSpy changes(view.model(), &QAbstractItemModel::dataChanged);
-    view.updateStats();
-    QCOMPARE(changes.count(), 0);
-    dev.setInterfaces("  eth0: 1 2 3 4 5 6 7 8 9 10 11 12 13 99 15 16\n");
-    view.updateStats();
-    QCOMPARE(changes.count(), 1);
 }
 
 QTEST_MAIN(tst_NetStatsView)
