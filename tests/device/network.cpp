@@ -51,7 +51,7 @@ namespace Network {
 
 void ip(const char *arguments)
 {
-    outputOf(QStringLiteral("ip"), QString::fromLatin1(arguments).split(QLatin1Char(' ')));
+    outputOf(QStringLiteral("ip"), QString::fromLocal8Bit(arguments).split(QLatin1Char(' ')));
 }
 
 void addInterface(const QString &name)
