@@ -80,7 +80,10 @@ void tst_NetworkRefresh::thousandTicksLeaveNothingBehind()
     const QByteArray processes = childProcesses();
     const qint64 memory = residentKilobytes();
     runTicks(page, 1000);
-    QCOMPARE(openDescriptors(), descriptors);
+    // Threads of Qt that have nothing left to do end after a while and close theirs.
+    const QStringList descriptorsAfterwards = openDescriptors();
+    for (const QString &descriptor : descriptorsAfterwards)
+        QVERIFY2(descriptors.contains(descriptor), qPrintable(descriptor));
     QCOMPARE(childProcesses(), processes);
     const qint64 growth = residentKilobytes() - memory;
 #ifdef SYSINFO_ADDRESS_SANITIZER
