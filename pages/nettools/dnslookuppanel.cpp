@@ -1,0 +1,36 @@
+#include "pages/nettools/dnslookuppanel.h"
+
+#include "app/nameservers.h"
+#include "pages/nettools/optioninputs.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+
+DnsLookupPanel::DnsLookupPanel(const QValidator *addressValidator, QWidget *parent)
+    : QWidget(parent)
+    , m_useNameServer(new QCheckBox(tr("Use this nameserver:")))
+    , m_nameServer(new QComboBox)
+{
+    m_nameServer->setEditable(true);
+    m_nameServer->setValidator(addressValidator);
+    m_nameServer->setInsertPolicy(QComboBox::NoInsert);
+    m_nameServer->setAccessibleName(m_useNameServer->text());
+    m_nameServer->addItems(readNameServers().split(QLatin1Char(' ')));
+
+    auto *layout = new QVBoxLayout(this);
+    m_hostName = addLabelledEdit(layout, tr("Hostname:"));
+    auto *row = new QHBoxLayout;
+    row->addWidget(m_useNameServer);
+    row->addWidget(m_nameServer, 1);
+    layout->addLayout(row);
+}
+
+DnsLookupOptions DnsLookupPanel::options() const
+{
+    DnsLookupOptions options;
+    options.hostName = m_hostName->text();
+    if (m_useNameServer->isChecked())
+        options.nameServer = m_nameServer->currentText();
+    return options;
+}

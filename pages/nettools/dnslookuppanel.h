@@ -1,0 +1,27 @@
+#pragma once
+
+#include "pages/nettools/toolarguments.h"
+
+#include <QWidget>
+
+class QCheckBox;
+class QComboBox;
+class QLineEdit;
+class QValidator;
+
+/// The options of a DNS lookup. The nameservers to choose from are those that /etc/resolv.conf names while
+/// the panel is built.
+class DnsLookupPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The validator, which is not owned, restricts what can be typed as a nameserver.
+    DnsLookupPanel(const QValidator *addressValidator, QWidget *parent);
+
+    DnsLookupOptions options() const;
+
+private:
+    QLineEdit *m_hostName;
+    QCheckBox *m_useNameServer;
+    QComboBox *m_nameServer;
+};
