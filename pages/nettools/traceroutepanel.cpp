@@ -9,16 +9,25 @@
 
 namespace {
 
-/// A validator for UDP ports whose texts traceroute reads as the same number: no thousands separators, no
-/// digits of another script.
-QValidator *createPortValidator(QObject *parent)
-{
-    QLocale plainDigits = QLocale::c();
-    plainDigits.setNumberOptions(QLocale::RejectGroupSeparator);
-    auto *validator = new QIntValidator(1, 65535, parent);
-    validator->setLocale(plainDigits);
-    return validator;
-}
+/// Lets numbers be typed that traceroute reads as the same ones: no thousands separators, no digits of
+/// another script.
+class PortValidator : public QIntValidator {
+public:
+    explicit PortValidator(QObject *parent)
+        : QIntValidator(1, 65535, parent)
+    {
+        QLocale plainDigits = QLocale::c();
+        plainDigits.setNumberOptions(QLocale::RejectGroupSeparator);
+        setLocale(plainDigits);
+    }
+
+    State validate(QString &input, int &position) const override
+    {
+        // To newer versions of Qt a number that is too large is the start of a valid one while it has no
+        // digit too many.
+        return input.toInt() > top() ? Invalid : QIntValidator::validate(input, position);
+    }
+};
 
 } // namespace
 
@@ -33,7 +42,7 @@ TraceRoutePanel::TraceRoutePanel(const QValidator *addressValidator, QWidget *pa
     , m_udpPort(new TextOption(tr("UDP port"), QStringLiteral("33434")))
 {
     m_sourceAddress->edit()->setValidator(addressValidator);
-    m_udpPort->edit()->setValidator(createPortValidator(this));
+    m_udpPort->edit()->setValidator(new PortValidator(this));
 
     auto *layout = new QVBoxLayout(this);
     m_target = addLabelledEdit(layout, tr("Target Host:"));

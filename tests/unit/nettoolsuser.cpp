@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QInputMethodEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -141,7 +142,15 @@ void NetToolsUser::type(const char *caption, const QString &typed) const
     QWidget *value = valueOf(caption);
     QTest::keySequence(value, QKeySequence::SelectAll);
     QTest::keyClick(value, Qt::Key_Delete);
-    QTest::keyClicks(value, typed);
+    // What no key of an American keyboard types comes from an input method.
+    for (const QChar character : typed) {
+        QInputMethodEvent event;
+        event.setCommitString(character);
+        if (character.unicode() < 0x80)
+            QTest::keyClick(value, character.toLatin1());
+        else
+            QCoreApplication::sendEvent(value, &event);
+    }
 }
 
 QString NetToolsUser::logText() const
