@@ -2,6 +2,7 @@
 
 #include "pages/nettools/toolarguments.h"
 
+#include <QCoreApplication>
 #include <QWidget>
 
 class QCheckBox;
@@ -12,7 +13,7 @@ class QValidator;
 /// The options of a DNS lookup. The nameservers to choose from are those that /etc/resolv.conf names while
 /// the panel is built.
 class DnsLookupPanel : public QWidget {
-    Q_OBJECT
+    Q_DECLARE_TR_FUNCTIONS(pageNetTools)
 
 public:
     /// The validator, which is not owned, restricts what can be typed as a nameserver.

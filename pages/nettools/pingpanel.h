@@ -2,6 +2,7 @@
 
 #include "pages/nettools/toolarguments.h"
 
+#include <QCoreApplication>
 #include <QWidget>
 
 class NumberOption;
@@ -10,7 +11,7 @@ class QLineEdit;
 
 /// The options of ping.
 class PingPanel : public QWidget {
-    Q_OBJECT
+    Q_DECLARE_TR_FUNCTIONS(pageNetTools)
 
 public:
     explicit PingPanel(QWidget *parent);

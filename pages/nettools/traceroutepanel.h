@@ -2,6 +2,7 @@
 
 #include "pages/nettools/toolarguments.h"
 
+#include <QCoreApplication>
 #include <QWidget>
 
 class NumberOption;
@@ -12,7 +13,7 @@ class TextOption;
 
 /// The options of a trace route.
 class TraceRoutePanel : public QWidget {
-    Q_OBJECT
+    Q_DECLARE_TR_FUNCTIONS(pageNetTools)
 
 public:
     /// The validator, which is not owned, restricts what can be typed as a source address.

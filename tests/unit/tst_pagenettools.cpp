@@ -1,3 +1,4 @@
+#include "tests/markingtranslator.h"
 #include "tests/unit/nettoolsuser.h"
 
 #include <QButtonGroup>
@@ -16,6 +17,7 @@
 #include <QTextEdit>
 
 #include <memory>
+#include <utility>
 
 Q_DECLARE_METATYPE(QValidator::State)
 
@@ -39,7 +41,8 @@ QString content(const QLayout *layout)
         else if (auto *button = qobject_cast<QAbstractButton *>(item->widget()))
             parts << button->text();
         else
-            parts << text(item->widget()->metaObject()->className());
+            parts << (item->widget()->layout() ? text("panel")
+                                               : text(item->widget()->metaObject()->className()));
     }
     return parts.join(QLatin1String(", "));
 }
@@ -81,6 +84,7 @@ private Q_SLOTS:
     void choosesTheTool();
     void growsInTheLogAndThePanel();
     void namesTheFieldsOfEachPanel();
+    void translatesEveryText();
 
     void panelIsLaidOut_data();
     void panelIsLaidOut();
@@ -155,8 +159,8 @@ void tst_PageNetTools::isLaidOut()
     QVERIFY(qobject_cast<const QVBoxLayout *>(layout));
     QCOMPARE(content(layout),
              text("[Generate a diagnostic:, Diagnostic], "
-                  "[[Select Tool:, Ping, DNS Lookup, Trace Route], QFrame, [PingPanel, DnsLookupPanel, "
-                  "TraceRoutePanel]], QTextEdit, [Start Process, Clear Log]"));
+                  "[[Select Tool:, Ping, DNS Lookup, Trace Route], QFrame, [panel, panel, panel]], "
+                  "QTextEdit, [Start Process, Clear Log]"));
     for (int row : {0, 1, 3})
         QVERIFY(qobject_cast<QHBoxLayout *>(layout->itemAt(row)->layout()));
     QCOMPARE(layout->itemAt(0)->layout()->itemAt(1)->alignment(), Qt::AlignLeft);
@@ -198,10 +202,10 @@ void tst_PageNetTools::choosesTheTool_data()
 {
     QTest::addColumn<QString>("tool");
     QTest::addColumn<int>("number");
-    QTest::addColumn<QString>("panel");
-    QTest::newRow("ping") << "Ping" << 0 << "PingPanel";
-    QTest::newRow("DNS lookup") << "DNS Lookup" << 1 << "DnsLookupPanel";
-    QTest::newRow("trace route") << "Trace Route" << 2 << "TraceRoutePanel";
+    QTest::addColumn<QString>("box");
+    QTest::newRow("ping") << "Ping" << 0 << "Adaptive ping";
+    QTest::newRow("DNS lookup") << "DNS Lookup" << 1 << "Use this nameserver:";
+    QTest::newRow("trace route") << "Trace Route" << 2 << "Max hops";
 }
 
 void tst_PageNetTools::choosesTheTool()
@@ -214,8 +218,9 @@ void tst_PageNetTools::choosesTheTool()
     const auto *tools = qobject_cast<QRadioButton *>(m_user->button(name.constData()))->group();
     QVERIFY(tools->exclusive());
     QTEST(tools->checkedId(), "number");
-    QTEST(text(m_user->panel()->metaObject()->className()), "panel");
-    QVERIFY(m_user->panel()->isVisible());
+    QFETCH(QString, box);
+    QVERIFY(m_user->checkBox(box.toLatin1().constData())->isVisible());
+    QTEST(m_page->findChild<QStackedLayout *>()->currentIndex(), "number");
 }
 
 void tst_PageNetTools::growsInTheLogAndThePanel()
@@ -242,6 +247,30 @@ void tst_PageNetTools::namesTheFieldsOfEachPanel()
         for (const QAbstractSpinBox *number : numbers)
             QVERIFY(!number->accessibleName().isEmpty());
     }
+}
+
+void tst_PageNetTools::translatesEveryText()
+{
+    const MarkingTranslator translator;
+    pageNetTools page(nullptr);
+    const NetToolsUser user(page);
+    const SearchPath path;
+    QStringList texts;
+    const QList<QLabel *> labels = page.findChildren<QLabel *>();
+    for (const QLabel *label : labels)
+        texts << label->text();
+    const QList<QAbstractButton *> buttons = page.findChildren<QAbstractButton *>();
+    for (const QAbstractButton *button : buttons) {
+        if (!button->inherits("QToolButton"))
+            texts << button->text();
+    }
+    // Five labels; six buttons beside the panels, and eight, one and seven check boxes in them.
+    QCOMPARE(texts.size(), 5 + 6 + 16);
+    for (const QString &shown : std::as_const(texts))
+        QVERIFY2(shown.startsWith(QLatin1String("[pageNetTools]")), qPrintable(shown));
+    user.pressProcessButton();
+    QCOMPARE(user.logText(), text("\n> [pageNetTools]Executing: \"ping \"\n\n"));
+    QCOMPARE(user.processButton()->text(), text("[pageNetTools]Stop Process"));
 }
 
 void tst_PageNetTools::panelIsLaidOut_data()
