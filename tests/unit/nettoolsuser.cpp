@@ -75,7 +75,9 @@ QTextEdit *NetToolsUser::log() const
 
 void NetToolsUser::click(const char *buttonText) const
 {
-    QTest::mouseClick(button(buttonText), Qt::LeftButton);
+    QAbstractButton *target = button(buttonText);
+    // Of a radio button or a check box only the indicator and the text can be clicked, not the rest.
+    QTest::mouseClick(target, Qt::LeftButton, Qt::NoModifier, QPoint(8, target->height() / 2));
 }
 
 void NetToolsUser::pressProcessButton() const
