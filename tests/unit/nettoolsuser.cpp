@@ -89,6 +89,9 @@ void NetToolsUser::clickIntoLog(int position) const
 {
     QTextCursor cursor(log()->document());
     cursor.setPosition(position);
+    const QPoint corner = log()->cursorRect(cursor).topLeft();
+    for (QScrollBar *bar : {log()->verticalScrollBar(), log()->horizontalScrollBar()})
+        bar->setValue(bar->value() + (bar->orientation() == Qt::Vertical ? corner.y() : corner.x() - 5));
     const QPoint place = log()->cursorRect(cursor).center();
     QVERIFY2(log()->viewport()->rect().contains(place), "the place in the log cannot be seen");
     QTest::mouseClick(log()->viewport(), Qt::LeftButton, Qt::NoModifier, place);
