@@ -115,6 +115,8 @@ QTextEdit *pageNetTools::createLogView()
 QBoxLayout *pageNetTools::createButtonRow()
 {
     processButton = new QPushButton(tr("Start Process"), this);
+    // Or Return in an input would press the dialog's first button, "Diagnostic".
+    processButton->setDefault(true);
     clearLogButton = new QPushButton(tr("Clear Log"), this);
     auto *row = new QHBoxLayout;
     row->setSpacing(30);

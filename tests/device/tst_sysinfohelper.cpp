@@ -10,6 +10,7 @@
 #include "tests/shownvalues.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QMetaProperty>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -53,6 +54,7 @@ private Q_SLOTS:
     void scrollsAPageTallerThanTheWindow();
     void opensLargeEnoughForItsPages();
     void staysOpenOnEscape();
+    void startsTheToolOnReturn();
     void hasAWindowIconWhereThereIsTheFile();
     void asksForAdministratorRightsEachTime();
     void showsAdministratorsInRed();
@@ -166,6 +168,21 @@ void tst_SysInfoHelper::staysOpenOnEscape()
     QCOMPARE(escape->context(), Qt::WindowShortcut);
     const QMetaMethod slot = dialog.metaObject()->method(dialog.metaObject()->indexOfSlot("doNothing()"));
     QCOMPARE(slot.access(), QMetaMethod::Private);
+}
+
+void tst_SysInfoHelper::startsTheToolOnReturn()
+{
+    SysInfoHelper dialog(3);
+    dialog.show();
+    auto *target = dialog.findChild<pageNetTools *>()->findChild<QLineEdit *>();
+    QVERIFY(target->isVisible());
+    target->setText(QStringLiteral("127.0.0.1"));
+    target->setFocus();
+    Device::clearCalls();
+    QTest::keyClick(target, Qt::Key_Return);
+    const QStringList ping{QStringLiteral("/usr/bin/ping"), QStringLiteral("127.0.0.1")};
+    QTRY_VERIFY(Device::calls().contains(ping));
+    QVERIFY(!QApplication::activeModalWidget());
 }
 
 void tst_SysInfoHelper::hasAWindowIconWhereThereIsTheFile()
