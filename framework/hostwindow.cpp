@@ -49,9 +49,10 @@ void HostWindow::takeIn()
         XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_FOCUS_CHANGE;
     xcb_change_window_attributes(m_connection, m_id, XCB_CW_EVENT_MASK, &watched);
     xcb_flush(m_connection);
-    auto *notifier = new QSocketNotifier(xcb_get_file_descriptor(m_connection), QSocketNotifier::Read, this);
+    m_events =
+        std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_connection), QSocketNotifier::Read);
     // By name, because Qt 5 and Qt 6 declare this signal differently.
-    connect(notifier, SIGNAL(activated(int)), this, SLOT(handleEvents()));
+    connect(m_events.get(), SIGNAL(activated(int)), this, SLOT(handleEvents()));
 
     m_guest->winId();
     m_guest->windowHandle()->setParent(QWindow::fromWinId(m_id));

@@ -3,6 +3,9 @@
 #include <QObject>
 #include <QSize>
 
+#include <memory>
+
+class QSocketNotifier;
 class QWidget;
 struct xcb_connection_t;
 
@@ -35,5 +38,6 @@ private:
     quint32 m_id;
     QWidget *m_guest;
     xcb_connection_t *m_connection;
+    std::unique_ptr<QSocketNotifier> m_events;
     QSize m_size;
 };

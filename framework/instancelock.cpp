@@ -168,7 +168,7 @@ bool InstanceLock::claimSocket(const QByteArray &program)
 }
 
 /// Callers learn who listens from the connection itself; it is taken only to keep the queue short.
-void InstanceLock::answerCaller()
+void InstanceLock::answerCaller() const
 {
     const Descriptor caller(accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC));
 }

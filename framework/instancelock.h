@@ -22,7 +22,7 @@ public:
     bool isHeldElsewhere() const { return m_heldElsewhere; }
 
 private Q_SLOTS:
-    void answerCaller();
+    void answerCaller() const;
 
 private:
     bool claimLockFile(const QByteArray &program);

@@ -4,8 +4,6 @@
 
 #include <QWidget>
 
-#include <memory>
-
 QWidget *VEmbedWidget::sGetMainWidget(QWidget *widget, const QStringList &arguments)
 {
     const int option = static_cast<int>(arguments.lastIndexOf(QStringLiteral("--embed")));
@@ -15,10 +13,9 @@ QWidget *VEmbedWidget::sGetMainWidget(QWidget *widget, const QStringList &argume
     const quint32 id = arguments.value(option + 1).toUInt(&isNumber, 0);
     if (!isNumber)
         return nullptr;
-    auto host = std::make_unique<HostWindow>(id, widget);
+    auto *host = new HostWindow(id, widget);
     if (!host->exists())
         return nullptr;
     host->takeIn();
-    host.release(); // a child of the widget
     return widget;
 }
