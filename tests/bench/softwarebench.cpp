@@ -1,6 +1,6 @@
 // How long one refresh of the "Software Information" tab holds the event loop, beside what it costs to run
 // its three programs and read what they print. Run it on a device:
-//     tests/device/on-device x86 build/release/tests/device/bench_softwaretick
+//     tests/device/on-device x86 build/release/tests/bench/softwarebench
 #include "tests/device/softwarepage.h"
 
 #include <QApplication>
@@ -83,7 +83,7 @@ void measure(const char *tools)
 /// The machine's own query of a package database made up for this.
 void useRealQuery()
 {
-    const QString folder = QStringLiteral("/var/lib/bench_softwaretick");
+    const QString folder = QStringLiteral("/var/lib/softwarebench");
     QByteArray status;
     for (int package = 0; package < packages; ++package) {
         const QByteArray number = QByteArray::number(package);
