@@ -1,5 +1,6 @@
 #include "framework/vapplication.h"
 
+#include "framework/closerequestfilter.h"
 #include "framework/instancelock.h"
 
 #include <QFileInfo>
@@ -9,6 +10,10 @@
 VApplication::VApplication(int &argc, char **argv, bool, bool, bool)
     : QApplication(argc, argv)
 {
+    if (platformName() == QLatin1String("xcb")) {
+        m_closeRequests = std::make_unique<CloseRequestFilter>();
+        installNativeEventFilter(m_closeRequests.get());
+    }
 }
 
 VApplication::~VApplication() = default;

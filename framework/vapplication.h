@@ -4,6 +4,7 @@
 
 #include <memory>
 
+class CloseRequestFilter;
 class InstanceLock;
 
 /// The application object of a program of the device.
@@ -19,5 +20,6 @@ public:
     void exitIfRunning();
 
 private:
+    std::unique_ptr<CloseRequestFilter> m_closeRequests;
     std::unique_ptr<InstanceLock> m_instanceLock;
 };

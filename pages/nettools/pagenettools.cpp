@@ -7,6 +7,7 @@
 #include "pages/nettools/traceroutepanel.h"
 
 #include <QButtonGroup>
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFrame>
 #include <QLabel>
@@ -33,6 +34,11 @@ pageNetTools::pageNetTools(QWidget *parent)
 }
 
 pageNetTools::~pageNetTools()
+{
+    endTool();
+}
+
+void pageNetTools::endTool()
 {
     // The process reports the end of a tool that it kills, and the page can no longer take that report.
     toolProcess.disconnect(this);
@@ -153,6 +159,8 @@ void pageNetTools::connectSignals()
             &pageNetTools::handleProcessFinished);
     connect(processButton, &QPushButton::clicked, this, &pageNetTools::handleProcessAction);
     connect(diagnosticButton, &QPushButton::clicked, this, &pageNetTools::diagnosticDialog);
+    // The program ends without deleting its window.
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &pageNetTools::endTool);
 }
 
 void pageNetTools::startPing()

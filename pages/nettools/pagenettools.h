@@ -31,6 +31,7 @@ private Q_SLOTS:
     void diagnosticDialog();
 
 private:
+    void endTool();
     void createLayout();
     QBoxLayout *createDiagnosticRow();
     QBoxLayout *createToolRow();

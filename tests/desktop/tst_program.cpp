@@ -27,6 +27,9 @@ private Q_SLOTS:
     void opensOnTheTab_data();
     void opensOnTheTab();
     void endsWithZeroWhenItsWindowIsClosed();
+    void endsWhileAToolRuns();
+    void endsWhileADialogIsOpen_data();
+    void endsWhileADialogIsOpen();
     void staysOpenOnEscape();
     void coloursTheStripByTheUser_data();
     void coloursTheStripByTheUser();
@@ -141,6 +144,65 @@ void tst_Program::endsWithZeroWhenItsWindowIsClosed()
     QCOMPARE(program->exitStatus(), QProcess::NormalExit);
     QCOMPARE(program->exitCode(), 0);
     QCOMPARE(program->readAllStandardOutput(), QByteArray());
+}
+
+void tst_Program::endsWhileAToolRuns()
+{
+    Device::installTool(QStringLiteral("/usr/bin/ping"),
+                        "echo $$ >\"$SYSINFO_RIG/ping-pid\"; exec sleep 600");
+    const std::unique_ptr<Program> program = createProgram();
+    program->launch(QStringLiteral("--page 3"));
+    const quint32 window = m_desktop->waitForWindow(title);
+    QVERIFY(window != 0);
+    QTRY_COMPARE(m_desktop->focusWindow(), window);
+    m_desktop->pressKey(QStringLiteral("Return"));
+    QFile pid(qEnvironmentVariable("SYSINFO_RIG") + QStringLiteral("/ping-pid"));
+    QTRY_VERIFY(pid.size() > 0);
+    QVERIFY(pid.open(QIODevice::ReadOnly));
+    const QString process = QStringLiteral("/proc/") + QString::fromLatin1(pid.readAll()).trimmed();
+    QVERIFY(QFile::exists(process));
+    m_desktop->closeByWindowManager(window);
+    QVERIFY(program->waitForFinished(10000));
+    QCOMPARE(program->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program->exitCode(), 0);
+    QTRY_VERIFY(!QFile::exists(process));
+}
+
+void tst_Program::endsWhileADialogIsOpen_data()
+{
+    QTest::addColumn<bool>("accept");
+    QTest::addColumn<QString>("dialog");
+    QTest::newRow("choice of the archive") << false << "Save the diagnostic archive";
+    QTest::newRow("report on the archive") << true << "Save the diagnostic";
+}
+
+void tst_Program::endsWhileADialogIsOpen()
+{
+    QFETCH(bool, accept);
+    QFETCH(QString, dialog);
+    Device::remove(QStringLiteral("/usr/bin/generateDiagnostic.sh"));
+    if (accept && QFile::exists(QStringLiteral("/tmp/Diagnostic.tgz")))
+        QSKIP("the proposed archive exists, so there is another question first");
+    const std::unique_ptr<Program> program = createProgram();
+    program->launch(QStringLiteral("--page 3"));
+    const quint32 window = m_desktop->waitForWindow(title);
+    QVERIFY(window != 0);
+    QTRY_COMPARE(m_desktop->focusWindow(), window);
+    // The button is the first thing behind the tabs and the page's scroll area.
+    m_desktop->pressKey(QStringLiteral("Tab"));
+    m_desktop->pressKey(QStringLiteral("Tab"));
+    m_desktop->pressKey(QStringLiteral("space"));
+    const quint32 choice = m_desktop->waitForWindow(QStringLiteral("Save the diagnostic archive"));
+    QVERIFY(choice != 0);
+    if (accept) {
+        QTRY_COMPARE(m_desktop->focusWindow(), choice);
+        m_desktop->pressKey(QStringLiteral("Return"));
+    }
+    QVERIFY(m_desktop->waitForWindow(dialog) != 0);
+    m_desktop->closeByWindowManager(window);
+    QVERIFY(program->waitForFinished(10000));
+    QCOMPARE(program->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program->exitCode(), 0);
 }
 
 void tst_Program::staysOpenOnEscape()
