@@ -101,10 +101,10 @@ inline QByteArray printing(const QByteArray &format)
     return "printf '" + format + "'";
 }
 
-/// Short enough for a test to wait for, long enough for a stand-in to print.
+/// Short enough for a test to wait for, long enough for a stand-in to print on a busy machine.
 inline PackageToolLimits shortLimits()
 {
-    return {700, 700};
+    return {2000, 2000};
 }
 
 } // namespace SoftwarePage
