@@ -56,18 +56,19 @@ QProcess *packageNamesProcess(QObject *page)
     return process;
 }
 
-/// Ends a program that outlasted its limit; the process can't start another one before.
-void stop(QProcess *process, int limit)
+/// Ends a program that outlasted its limit; the process can't start another one before. A killed program
+/// is gone at once unless the kernel holds it, and then a longer wait would not help.
+void stop(QProcess *process)
 {
     if (process->state() == QProcess::NotRunning)
         return;
     process->kill();
-    process->waitForFinished(limit);
+    process->waitForFinished(1000);
 }
 
 QByteArray readPackageNames(QProcess *cat, int limit)
 {
-    stop(cat, limit);
+    stop(cat);
     cat->start(QStringLiteral("cat"), {QStringLiteral("/etc/SysInfo/pkg_list.conf")});
     cat->waitForFinished(limit);
     const QByteArray names = cat->readAllStandardOutput();
@@ -146,7 +147,7 @@ void pageSoftware::rebuild(PackageListView *view, Inventory &inventory, RowsOfOu
     std::vector<PackageListModel::Row> rows = PackageListModel::createRows(inventory.rows);
     packageProcess->waitForFinished(toolLimits.query);
     const QByteArray output = packageProcess->readAllStandardOutput();
-    stop(packageProcess, toolLimits.query);
+    stop(packageProcess);
 
     if (output != inventory.output) {
         inventory.output = output;
