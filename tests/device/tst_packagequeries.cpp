@@ -119,7 +119,8 @@ void tst_PackageQueries::runsNothingWithoutAProgram()
 
 void tst_PackageQueries::leavesStandardInputOpen()
 {
-    // A tool that reads its input to the end waits for an end that does not come.
+    // A tool that reads its input to the end waits for an end that does not come. The mode that the process
+    // is opened in makes no difference here, closing its write channel does.
     const QByteArray reader =
         printing("before\\n") + "\n\"$SYSINFO_REAL_BIN/cat\" >/dev/null\n" + printing("after\\n");
     Device::installTool(dpkgQuery, reader);
