@@ -7,7 +7,7 @@
 namespace {
 
 /// A cell that shows its text as it is. It shares the text with the rows, while an ordinary item would copy
-/// it into a table of roles, which is most of the work of filling a long list.
+/// it into a table of roles, which is most of the work of filling a long list. It can't be edited or cloned.
 class TextItem : public QStandardItem {
 public:
     explicit TextItem(const QString &text)
@@ -68,7 +68,8 @@ void PackageListModel::appendRows(std::vector<Row> rows)
     const int end = rowNumber + static_cast<int>(rows.size());
     beginInsertRows(QModelIndex(), rowNumber, end - 1);
     {
-        // Neither the rows while they are empty nor each of their items is worth a report.
+        // Neither the rows while they are empty nor each of their items is worth a report. New rows at the
+        // end move no index that a view keeps; to insert elsewhere, the blocked reports would be needed.
         const QSignalBlocker blocker(this);
         setRowCount(end);
         for (Row &row : rows) {
