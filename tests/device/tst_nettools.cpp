@@ -179,6 +179,7 @@ void tst_NetTools::cleanup()
 {
     m_user.reset();
     m_page.reset();
+    letFarHostAnswer(true);
     Device::restore();
     QCOMPARE(childProcesses(), QList<qint64>{m_network.processId()});
 }
@@ -519,18 +520,23 @@ void tst_NetTools::traceRouteOptions()
     QCOMPARE(output().contains(text("router.example.test")), command != text("-n "));
     QCOMPARE(exitCode(), 0);
     int ofTheFirstHop = 0;
-    int largestTimeToLive = 0;
+    int farthest = 0;
     int firstPort = 65536;
     for (const SentPacket &packet : packets) {
         QCOMPARE(packet.protocol, static_cast<int>(IPPROTO_UDP));
         QTEST(packet.length, "length");
         QTEST(packet.source, "source");
         ofTheFirstHop += packet.timeToLive == 1 ? 1 : 0;
-        largestTimeToLive = qMax(largestTimeToLive, packet.timeToLive);
+        farthest = qMax(farthest, packet.timeToLive);
         firstPort = qMin(firstPort, packet.udpPort);
     }
     QTEST(ofTheFirstHop, "probesOfTheFirstHop");
-    QTEST(largestTimeToLive, "largestTimeToLive");
+    // Only the limit on hops fixes how far the probes go; without one a busy machine may send another batch.
+    QFETCH(int, largestTimeToLive);
+    if (box == text("Max hops"))
+        QCOMPARE(farthest, largestTimeToLive);
+    else
+        QVERIFY(farthest >= 2);
     QTEST(firstPort, "firstPort");
 }
 

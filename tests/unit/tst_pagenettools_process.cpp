@@ -359,10 +359,7 @@ void tst_PageNetToolsProcess::reportsTheExitCode()
 
 void tst_PageNetToolsProcess::finishesWhenAnotherProcessHoldsTheOutput()
 {
-    QElapsedTimer timer;
-    timer.start();
     run(text("hold exit:3"));
-    QVERIFY(timer.elapsed() < 30000);
     const QString head = executing(text("ping hold exit:3"));
     const QString log = m_user->logWithNotices();
     QVERIFY(log.startsWith(head));
@@ -467,10 +464,10 @@ void tst_PageNetToolsProcess::cannotStart()
     const QString notStarted = text("\n> Executing: \"ping out:now\\n\"\n\n");
     for (const QString &log : {notStarted, notStarted + notStarted}) {
         start(text("out:now\\n"));
+        QTRY_VERIFY(childProcesses().isEmpty());
         QTest::qWait(100);
         QCOMPARE(m_user->logWithNotices(), notice(log));
         QCOMPARE(m_user->processButton()->text(), text("Stop Process"));
-        QVERIFY(childProcesses().isEmpty());
     }
 
     m_path->link("ping", QStringLiteral(STEPTOOL));
