@@ -23,7 +23,7 @@
 namespace {
 
 /// Two builds may run their tests at the same time.
-const QByteArray program = program + QByteArray::number(getpid());
+const QByteArray program = "tst-instancelock-" + QByteArray::number(getpid());
 
 constexpr uid_t otherUser = 4712;
 
