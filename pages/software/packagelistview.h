@@ -4,8 +4,9 @@
 
 #include <vector>
 
-/// A flat, read-only list. To measure a column means to lay out the text of every row, so it is done once
-/// for a content and not each time that the same content is put into the model anew.
+/// A flat, read-only list, wide enough for the widest of all its rows. To lay out the text of every row takes
+/// longer than the programs that list the packages: a column is measured once for a content, not each time
+/// that the same content is put into the model anew, and only in the rows that an estimate finds the widest.
 class PackageListView : public QTreeView {
     Q_OBJECT
 
@@ -23,5 +24,7 @@ protected:
     int sizeHintForColumn(int column) const override;
 
 private:
+    int measureColumn(int column) const;
+
     mutable std::vector<int> columnWidths; ///< in pixels; -1 where not measured
 };
