@@ -6,6 +6,7 @@
 #include "pages/software/pagesoftware.h"
 #include "pages/system/pagesystem.h"
 
+#include <QFile>
 #include <QIcon>
 #include <QScrollArea>
 #include <QShortcut>
@@ -18,15 +19,22 @@ namespace {
 /// allows it.
 class PageArea : public QScrollArea {
 public:
-    QSize sizeHint() const override { return widget()->sizeHint(); }
+    QSize sizeHint() const override { return widget() ? widget()->sizeHint() : QScrollArea::sizeHint(); }
 };
+
+/// Null without the file: an icon that is named but not there has Qt load every image format to look for it.
+QIcon windowIconFile()
+{
+    const QString file = QStringLiteral("/usr/share/icewm/icons/sysinfo_32x32.xpm");
+    return QFile::exists(file) ? QIcon(file) : QIcon();
+}
 
 } // namespace
 
 SysInfoHelper::SysInfoHelper(int page)
     : m_tabs(new QTabWidget(this))
 {
-    setWindowIcon(QIcon(QStringLiteral("/usr/share/icewm/icons/sysinfo_32x32.xpm")));
+    setWindowIcon(windowIconFile());
     setWindowTitle(QObject::tr("About this thin client"));
 
     auto *layout = new QVBoxLayout(this);
@@ -58,9 +66,10 @@ void SysInfoHelper::addPage(QWidget *page, const QString &label)
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     area->setAlignment(Qt::AlignHCenter);
     area->setWidgetResizable(true);
-    area->setWidget(page);
-    page->setObjectName(QStringLiteral("tabContent"));
+    // The page comes last: every change of parent applies the stylesheet to all its widgets anew.
     m_tabs->addTab(area, label);
+    page->setObjectName(QStringLiteral("tabContent"));
+    area->setWidget(page);
 }
 
 void SysInfoHelper::doNothing() { }
