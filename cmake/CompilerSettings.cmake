@@ -2,8 +2,8 @@
 option(SYSINFO_WARNINGS_AS_ERRORS "Stop at the first compiler warning" OFF)
 option(SYSINFO_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 
-add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast
-                    -Wcast-qual -Wformat=2 -Wundef)
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wcast-qual -Wformat=2 -Wundef
+    "$<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor;-Woverloaded-virtual;-Wold-style-cast>")
 if(SYSINFO_WARNINGS_AS_ERRORS)
     add_compile_options(-Werror)
 endif()

@@ -1,0 +1,162 @@
+// tickbench: how long a tick of each page holds the event loop, without and with the arranging and painting
+// that follow, beside a C program that does the same work. To be run on a device (tests/device/on-device)
+// with workrecorder preloaded and a file for it named by BENCH_WORK. Prints rows of the table of
+// scripts/bench. tickbench --growth PACKAGES...: for each number of packages a line with the milliseconds of
+// a tick of the "Software Information" page, those of the C program, and the page's memory in KiB.
+
+#include "pages/network/pagenetwork.h"
+#include "pages/system/pagesystem.h"
+#include "resources/qss/stylesheet.h"
+#include "tests/bench/median.h"
+#include "tests/device/softwarepage.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QTest>
+
+#include <cstdio>
+#include <vector>
+
+using namespace SoftwarePage;
+
+namespace {
+
+constexpr int runs = 40;
+
+QByteArray contentOf(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString recordFile()
+{
+    return qEnvironmentVariable("BENCH_WORK");
+}
+
+/// The C program that does the work of one tick whenever it is asked.
+class PlainProgram {
+public:
+    explicit PlainProgram(const QByteArray &work)
+    {
+        QFile file(recordFile() + QStringLiteral(".tick"));
+        if (!file.open(QIODevice::WriteOnly) || file.write(work) != work.size())
+            qFatal("the work can't be written down");
+        file.close();
+        m_process.start(QStringLiteral(BENCH_DOWORK), {file.fileName(), QStringLiteral("--rounds")});
+    }
+    ~PlainProgram()
+    {
+        m_process.closeWriteChannel();
+        m_process.waitForFinished();
+    }
+    Q_DISABLE_COPY(PlainProgram)
+
+    double milliseconds()
+    {
+        m_process.write("\n");
+        while (!m_process.canReadLine()) {
+            if (!m_process.waitForReadyRead(60000))
+                qFatal("the plain program does not answer");
+        }
+        return m_process.readLine().trimmed().toDouble() / 1e6;
+    }
+
+private:
+    QProcess m_process;
+};
+
+struct Milliseconds {
+    double tick = 0;
+    double painted = 0; ///< the tick and the arranging and painting that it leaves to the event loop
+};
+
+Milliseconds measureTick(QWidget &page)
+{
+    Milliseconds result;
+    QElapsedTimer time;
+    time.start();
+    tick(page);
+    result.tick = static_cast<double>(time.nsecsElapsed()) / 1e6;
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+    result.painted = static_cast<double>(time.nsecsElapsed()) / 1e6;
+    return result;
+}
+
+struct Result {
+    double tick = 0;
+    double painted = 0;
+    double plain = 0;
+    int commands = 0;
+};
+
+/// Measures both by turns, so that whatever else the machine does weighs on both.
+Result measure(QWidget &page)
+{
+    page.resize(700, 600);
+    page.show();
+    if (!QTest::qWaitForWindowExposed(&page))
+        qFatal("the page is not shown");
+    for (int warming = 0; warming < 3; ++warming)
+        measureTick(page);
+    const auto before = contentOf(recordFile()).size();
+    tick(page);
+    const QByteArray work = contentOf(recordFile()).mid(before);
+    PlainProgram program(work);
+    program.milliseconds();
+
+    std::vector<double> ticks;
+    std::vector<double> painted;
+    std::vector<double> plain;
+    for (int run = 0; run < runs; ++run) {
+        const Milliseconds time = measureTick(page);
+        ticks.push_back(time.tick);
+        painted.push_back(time.painted);
+        plain.push_back(program.milliseconds());
+    }
+    return {median(ticks), median(painted), median(plain), int(work.count("shell\t") + work.count("run\t"))};
+}
+
+void printRow(const QString &name, const Result &result)
+{
+    std::printf(
+        "| Tick, %s | %.2f ms, arranged and painted %.2f ms | %.2f ms: %d commands | %.2f, painted %.2f "
+        "| 1.10 |\n",
+        qPrintable(name), result.tick, result.painted, result.plain, result.commands,
+        result.tick / result.plain, result.painted / result.plain);
+}
+
+qint64 residentKibibytes()
+{
+    const QByteArray status = contentOf(QStringLiteral("/proc/self/status"));
+    return status.mid(status.indexOf("VmRSS:") + 6).trimmed().split(' ').constFirst().toLongLong();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    application.setStyleSheet(applicationStyleSheet());
+    if (QCoreApplication::arguments().value(1) == QLatin1String("--growth")) {
+        pageSoftware page(nullptr);
+        const Result result = measure(page);
+        std::printf("%d %.3f %.3f %lld\n", modelOf(page, mainTitle)->rowCount(), result.painted, result.plain,
+                    static_cast<long long>(residentKibibytes()));
+        return 0;
+    }
+    {
+        pageSystem page(nullptr);
+        printRow(QStringLiteral("General"), measure(page));
+    }
+    {
+        pageNetwork page(nullptr);
+        printRow(QStringLiteral("Network"), measure(page));
+    }
+    pageSoftware page(nullptr);
+    printRow(QStringLiteral("Software Information, %1 packages").arg(modelOf(page, mainTitle)->rowCount()),
+             measure(page));
+}
