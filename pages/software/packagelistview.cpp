@@ -94,6 +94,7 @@ int PackageListView::measureColumn(int column) const
     if (rowCount == 0)
         return -1;
     std::vector<std::pair<qreal, int>> rows;
+    rows.reserve(static_cast<size_t>(rowCount));
     WidthEstimate estimate(font());
     for (int row = 0; row < rowCount; ++row)
         rows.emplace_back(estimate(model()->index(row, column).data().toString()), row);

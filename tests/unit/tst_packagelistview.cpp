@@ -150,7 +150,8 @@ void tst_PackageListView::findsTheWidestTextNotTheLongest()
 {
     const QString longText(60, QLatin1Char('i'));
     const QString wideText(40, QLatin1Char('W'));
-    QVERIFY(view->fontMetrics().horizontalAdvance(wideText) > view->fontMetrics().horizontalAdvance(longText));
+    QVERIFY(view->fontMetrics().horizontalAdvance(wideText)
+            > view->fontMetrics().horizontalAdvance(longText));
     QList<QStringList> rows(100, {longText, QString()});
     rows.append({wideText, QString()});
     fill(rows);
