@@ -28,11 +28,6 @@
 
 namespace {
 
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
-
 /// What the test looks at of an IPv4 packet that the device sent.
 struct SentPacket {
     int protocol;
@@ -113,6 +108,8 @@ private Q_SLOTS:
     void listsNameServers_data();
     void listsNameServers();
     void listsNameServersOnce();
+    void usesTheNameServerOfTheList_data();
+    void usesTheNameServerOfTheList();
 
     void pingGetsReplies();
     void pingOptions_data();
@@ -270,6 +267,36 @@ void tst_NetTools::listsNameServersOnce()
     QCOMPARE(Device::shellCommands().size(), 1);
 }
 
+void tst_NetTools::usesTheNameServerOfTheList_data()
+{
+    QTest::addColumn<bool>("boxIsChecked");
+    QTest::addColumn<int>("picked");
+    QTest::addColumn<QString>("command");
+    QTest::newRow("not asked to") << false << 1 << "host www.example.test";
+    QTest::newRow("untouched: the first") << true << 0 << "host www.example.test 192.0.2.1";
+    QTest::newRow("picked: the second") << true << 1 << "host www.example.test 198.51.100.20";
+}
+
+void tst_NetTools::usesTheNameServerOfTheList()
+{
+    QFETCH(bool, boxIsChecked);
+    QFETCH(int, picked);
+    QFETCH(QString, command);
+    Device::write(text("/etc/resolv.conf"), "nameserver 192.0.2.1\nnameserver 198.51.100.20\n");
+    pageNetTools page(nullptr);
+    page.show();
+    const NetToolsUser user(page);
+    user.click("DNS Lookup");
+    user.type("Hostname:", text("www.example.test"));
+    if (boxIsChecked)
+        user.checkBox("Use this nameserver:")->click();
+    for (int i = 0; i < picked; ++i)
+        QTest::keyClick(user.comboBox("Use this nameserver:"), Qt::Key_Down);
+    user.pressProcessButton();
+    QCOMPARE(user.logText(), text("\n> Executing: \"") + command + text("\"\n\n"));
+    QVERIFY(user.waitUntilFinished());
+}
+
 void tst_NetTools::pingGetsReplies()
 {
     set("Number of pings", 2);
@@ -294,14 +321,20 @@ void tst_NetTools::pingOptions_data()
     QTest::addColumn<int>("requests");
     QTest::addColumn<int>("length");
     QTest::addColumn<int>("timeToLive");
+    QTest::addColumn<QString>("command");
     QTest::addColumn<QString>("printed");
 
     // A packet is 20 bytes of IP header, 8 of ICMP header and the data, 56 unless told otherwise.
-    QTest::newRow("Number of pings") << 3 << 3 << 84 << 64 << "3 packets transmitted";
-    QTest::newRow("Packet data size") << 100 << 1 << 128 << 64 << " 100(128) bytes of data";
-    QTest::newRow("Time-to-live") << 9 << 1 << 84 << 9 << " 0% packet loss";
-    QTest::newRow("Verbose output") << 0 << 1 << 84 << 64 << "sock4.fd:";
-    QTest::newRow("Display user-to-user latency") << 0 << 1 << 84 << 64 << " 0% packet loss";
+    QTest::newRow("Number of pings") << 3 << 3 << 84 << 64 << "ping -c 3 198.51.100.20"
+                                     << "3 packets transmitted";
+    QTest::newRow("Packet data size") << 100 << 1 << 128 << 64 << "ping -c 1 -s 100 198.51.100.20"
+                                      << " 100(128) bytes of data";
+    QTest::newRow("Time-to-live") << 9 << 1 << 84 << 9 << "ping -c 1 -t 9 198.51.100.20"
+                                  << " 0% packet loss";
+    QTest::newRow("Verbose output") << 0 << 1 << 84 << 64 << "ping -v -c 1 198.51.100.20"
+                                    << "sock4.fd:";
+    QTest::newRow("Display user-to-user latency") << 0 << 1 << 84 << 64 << "ping -U -c 1 198.51.100.20"
+                                                  << " 0% packet loss";
 }
 
 void tst_NetTools::pingOptions()
@@ -310,6 +343,7 @@ void tst_NetTools::pingOptions()
     QFETCH(int, requests);
     QFETCH(int, length);
     QFETCH(int, timeToLive);
+    QFETCH(QString, command);
     QFETCH(QString, printed);
     if (value > 0)
         set(QTest::currentDataTag(), value);
@@ -326,6 +360,8 @@ void tst_NetTools::pingOptions()
         QCOMPARE(packet.length, length);
         QCOMPARE(packet.timeToLive, timeToLive);
     }
+    QVERIFY2(m_user->logText().startsWith(text("\n> Executing: \"") + command + text("\"\n")),
+             qPrintable(m_user->logText()));
     QVERIFY2(output().contains(printed), qPrintable(output()));
     QCOMPARE(exitCode(), 0);
 }

@@ -22,11 +22,6 @@
 
 namespace {
 
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
-
 /// The layout among the given one and its parts that holds the widget itself.
 QLayout *layoutOf(QLayout *layout, QWidget *widget)
 {

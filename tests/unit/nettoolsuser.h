@@ -15,6 +15,11 @@ class QRadioButton;
 class QSpinBox;
 class QTextEdit;
 
+inline QString text(const char *latin1)
+{
+    return QString::fromLatin1(latin1);
+}
+
 /// A person at the "Net Tools" tab: finds everything by what is written on it.
 class NetToolsUser {
 public:

@@ -6,6 +6,7 @@
 //   pause             waits for SIGUSR1
 //   ignore-term       ignores SIGTERM from now on
 //   on-term:N:TEXT    from now on a SIGTERM writes TEXT and exits with N
+//   echo-term         from now on each SIGTERM writes "asked" and a line feed, and nothing else
 //   hold              leaves a child behind that keeps the output open; writes the child's process id
 //   stdin             tells what standard input is and whether it has anything to read
 //   cwd, env:NAME     tells the working directory, a variable of the environment
@@ -43,6 +44,11 @@ void closeDown(int /*signal*/)
 {
     writeAll(STDOUT_FILENO, closingText);
     std::_Exit(closingCode);
+}
+
+void answerRequest(int /*signal*/)
+{
+    writeAll(STDOUT_FILENO, "asked\n");
 }
 
 std::string unescaped(const std::string &text)
@@ -124,6 +130,8 @@ void doStep(const std::string &name, const std::string &value)
         closingCode = std::stoi(value);
         closingText = unescaped(value.substr(value.find(':') + 1));
         std::signal(SIGTERM, closeDown);
+    } else if (name == "echo-term") {
+        std::signal(SIGTERM, answerRequest);
     } else if (name == "hold") {
         hold();
     } else if (name == "stdin") {

@@ -23,11 +23,6 @@ Q_DECLARE_METATYPE(QValidator::State)
 
 namespace {
 
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
-
 /// What stands in a layout, widgets by what is written on them; rows in brackets.
 QString content(const QLayout *layout)
 {

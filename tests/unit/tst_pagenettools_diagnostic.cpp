@@ -1,4 +1,5 @@
 #include "pages/nettools/diagnosticarchive.h"
+#include "tests/markingtranslator.h"
 #include "tests/unit/nettoolsuser.h"
 
 #include <QApplication>
@@ -13,14 +14,10 @@
 #include <QTest>
 #include <QTimer>
 
+#include <csignal>
 #include <memory>
 
 namespace {
-
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
 
 /// Clicks when the caller has returned: a click may open another dialog, and a timer whose handler waits for
 /// that one would not look at it.
@@ -137,6 +134,9 @@ private Q_SLOTS:
     void outputIsDiscarded();
     void killsAScriptThatTakesTooLong();
     void isIndependentOfARunningTool();
+    void outputOfAToolIsShownAfterTheWait();
+    void translatesItsTexts_data();
+    void translatesItsTexts();
     void givesTheScriptTheOwnSurroundings();
     void leavesNothingBehind();
 
@@ -363,6 +363,49 @@ void tst_PageNetToolsDiagnostic::isIndependentOfARunningTool()
     m_user->pressProcessButton();
     QVERIFY(m_user->waitUntilFinished());
     QCOMPARE(m_user->logText(), log + text("> Terminating...\nclosing\n> Finished. ( Exit Code = 0 )\n"));
+}
+
+void tst_PageNetToolsDiagnostic::outputOfAToolIsShownAfterTheWait()
+{
+    m_path->link("ping", QStringLiteral(STEPTOOL));
+    m_user->lineEdit("Target Host:")->setText(text("out:ready\\n pause out:meanwhile\\n pause exit:2"));
+    m_user->pressProcessButton();
+    QVERIFY(m_user->waitForLog(text("ready\n")));
+    const QList<qint64> tools = childProcesses();
+    QCOMPARE(tools.size(), 1);
+
+    const QByteArray tool = QByteArray::number(tools.constFirst());
+    installScript("kill -USR1 " + tool + "; /bin/sleep 0.5; exit 0");
+    const DialogUser dialogs(m_target->filePath(QStringLiteral("a.tgz")));
+    m_user->click("Diagnostic");
+    QCOMPARE(dialogs.boxes, QStringList{successBox});
+    QVERIFY(m_user->waitForLog(text("ready\nmeanwhile\n")));
+    kill(static_cast<pid_t>(tools.constFirst()), SIGUSR1);
+    QVERIFY(m_user->waitUntilFinished());
+    QVERIFY(m_user->logText().endsWith(text("ready\nmeanwhile\n> Finished. ( Exit Code = 2 )\n")));
+}
+
+void tst_PageNetToolsDiagnostic::translatesItsTexts_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<QString>("box");
+    QTest::newRow("success") << QByteArray("exit 0") << "Diagnostic was successfully created";
+    QTest::newRow("failure") << QByteArray("exit 1") << "Error: no diagnostic created";
+}
+
+void tst_PageNetToolsDiagnostic::translatesItsTexts()
+{
+    QFETCH(QByteArray, script);
+    QFETCH(QString, box);
+    installScript(script);
+    const DialogUser dialogs(m_target->filePath(QStringLiteral("a.tgz")));
+    {
+        const MarkingTranslator translator;
+        m_user->click("Diagnostic");
+    }
+    QCOMPARE(dialogs.caption, text("[pageNetTools]Save the diagnostic archive"));
+    QCOMPARE(dialogs.filters, QStringList{text("[pageNetTools]Archives (*.tgz *.tar.gz)")});
+    QCOMPARE(dialogs.boxes, QStringList{text("[pageNetTools]Save the diagnostic|[pageNetTools]") + box});
 }
 
 void tst_PageNetToolsDiagnostic::givesTheScriptTheOwnSurroundings()
