@@ -27,6 +27,8 @@ NetStatsView::NetStatsView(QWidget *parent)
     setColumnCount(2);
     setRowCount(15);
     setColumnWidth(0, 174);
+    // The Tab key goes on to the next widget; the arrow keys move in the table.
+    setTabKeyNavigation(false);
     verticalHeader()->setVisible(false);
     // The least height that the style allows a row may be larger.
     verticalHeader()->setMinimumSectionSize(counterRowHeight);

@@ -31,6 +31,8 @@ private Q_SLOTS:
     void endsWhileADialogIsOpen_data();
     void endsWhileADialogIsOpen();
     void staysOpenOnEscape();
+    void staysOpenOnEscapeInEveryWidget();
+    void escapeClosesADialogOnly();
     void coloursTheStripByTheUser_data();
     void coloursTheStripByTheUser();
     void aSecondLaunchEndsSilentlyBeforeGathering();
@@ -188,8 +190,7 @@ void tst_Program::endsWhileADialogIsOpen()
     const quint32 window = m_desktop->waitForWindow(title);
     QVERIFY(window != 0);
     QTRY_COMPARE(m_desktop->focusWindow(), window);
-    // The button is the first thing behind the tabs and the page's scroll area.
-    m_desktop->pressKey(QStringLiteral("Tab"));
+    // The button is the first thing behind the tabs.
     m_desktop->pressKey(QStringLiteral("Tab"));
     m_desktop->pressKey(QStringLiteral("space"));
     const quint32 choice = m_desktop->waitForWindow(QStringLiteral("Save the diagnostic archive"));
@@ -218,6 +219,49 @@ void tst_Program::staysOpenOnEscape()
     m_desktop->pressKey(QStringLiteral("ctrl+Tab"));
     QTRY_COMPARE(selectedTab(m_desktop->picture(window)), QStringLiteral("Net Tools"));
     QCOMPARE(program->state(), QProcess::Running);
+}
+
+void tst_Program::staysOpenOnEscapeInEveryWidget()
+{
+    const std::unique_ptr<Program> program = createProgram();
+    program->launch();
+    const quint32 window = m_desktop->waitForWindow(title);
+    QVERIFY(window != 0);
+    QTRY_COMPARE(m_desktop->focusWindow(), window);
+    // More than any page has widgets; the tool that is chosen changes nothing about their kinds.
+    for (const char *tab : {"General", "Network", "Net Tools", "Software Information"}) {
+        QTRY_COMPARE(selectedTab(m_desktop->picture(window)), QString::fromLatin1(tab));
+        for (int widget = 0; widget < 20; ++widget) {
+            m_desktop->pressKey(QStringLiteral("Tab"));
+            m_desktop->pressKey(QStringLiteral("Escape"));
+        }
+        m_desktop->pressKey(QStringLiteral("ctrl+Tab"));
+    }
+    QTRY_COMPARE(selectedTab(m_desktop->picture(window)), QStringLiteral("General"));
+    QCOMPARE(m_desktop->windows(title), QList<quint32>{window});
+    QCOMPARE(program->state(), QProcess::Running);
+}
+
+void tst_Program::escapeClosesADialogOnly()
+{
+    const QString choice = QStringLiteral("Save the diagnostic archive");
+    const std::unique_ptr<Program> program = createProgram();
+    program->launch(QStringLiteral("--page 3"));
+    const quint32 window = m_desktop->waitForWindow(title);
+    QVERIFY(window != 0);
+    QTRY_COMPARE(m_desktop->focusWindow(), window);
+    m_desktop->pressKey(QStringLiteral("Tab"));
+    m_desktop->pressKey(QStringLiteral("space"));
+    const quint32 dialog = m_desktop->waitForWindow(choice);
+    QVERIFY(dialog != 0);
+    QTRY_COMPARE(m_desktop->focusWindow(), dialog);
+    m_desktop->pressKey(QStringLiteral("Escape"));
+    QTRY_COMPARE(m_desktop->windows(choice), QList<quint32>());
+    QCOMPARE(m_desktop->windows(title), QList<quint32>{window});
+    QTRY_COMPARE(m_desktop->focusWindow(), window);
+    m_desktop->pressKey(QStringLiteral("Escape"));
+    m_desktop->pressKey(QStringLiteral("ctrl+Tab"));
+    QTRY_COMPARE(selectedTab(m_desktop->picture(window)), QStringLiteral("Software Information"));
 }
 
 void tst_Program::coloursTheStripByTheUser_data()
