@@ -152,8 +152,9 @@ void tst_PackageListView::findsTheWidestTextNotTheLongest()
     const QString wideText(40, QLatin1Char('W'));
     QVERIFY(view->fontMetrics().horizontalAdvance(wideText)
             > view->fontMetrics().horizontalAdvance(longText));
-    QList<QStringList> rows(100, {longText, QString()});
-    rows.append({wideText, QString()});
+    QList<QStringList> rows{{wideText, QString()}};
+    for (int row = 0; row < 100; ++row)
+        rows.prepend({longText, QString()});
     fill(rows);
     QVERIFY(view->columnWidth(0) >= view->fontMetrics().horizontalAdvance(wideText));
 }
