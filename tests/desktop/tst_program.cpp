@@ -1,3 +1,4 @@
+#include "tests/desktop/account.h"
 #include "tests/desktop/desktop.h"
 #include "tests/desktop/program.h"
 #include "tests/device/device.h"
@@ -284,27 +285,19 @@ void tst_Program::coloursTheStripByTheUser()
     QFETCH(int, user);
     QFETCH(QByteArray, groups);
     QFETCH(QColor, colour);
-    const auto everybodyReads =
-        QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther;
-    const QByteArray directory = QFile::encodeName(m_runtimeDirectory->path());
-    if (chown(directory.constData(), static_cast<uid_t>(user), static_cast<gid_t>(user)) != 0)
+    const auto everybodyReads = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther;
+    if (!Account::giveTo(user, m_runtimeDirectory->path()))
         QSKIP("only root can start a program as another user");
     Device::write(QStringLiteral("/etc/passwd"),
                   "root:x:0:0::/root:/bin/sh\noperator:x:4711:4711::/:/bin/sh\n");
     Device::write(QStringLiteral("/etc/group"), "root:x:0:\n" + groups);
     QFile::setPermissions(QStringLiteral("/etc/passwd"), everybodyReads);
     QFile::setPermissions(QStringLiteral("/etc/group"), everybodyReads);
-    // A copy at a place that every user can reach.
-    const QString copy = qEnvironmentVariable("SYSINFO_RIG") + QStringLiteral("/sysinfo");
-    QFile::remove(copy);
-    QVERIFY(QFile::copy(QStringLiteral(SYSINFO_PROGRAM), copy));
-    QVERIFY(QFile::setPermissions(copy, everybodyReads));
+    const QString copy = Account::programForEverybody();
+    QVERIFY(!copy.isEmpty());
 
     const std::unique_ptr<Program> program = createProgram();
-    const QString id = QString::number(user);
-    program->start(QStringLiteral("setpriv"),
-                   {QStringLiteral("--reuid"), id, QStringLiteral("--regid"), id,
-                    QStringLiteral("--clear-groups"), copy});
+    program->start(QStringLiteral("setpriv"), Account::arguments(user, copy));
     const quint32 window = m_desktop->waitForWindow(title);
     QVERIFY(window != 0);
     const auto strip = [&] {
