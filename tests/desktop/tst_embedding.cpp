@@ -47,6 +47,7 @@ private Q_SLOTS:
 
     void fillsTheWindowAndFollowsItsSize_data();
     void fillsTheWindowAndFollowsItsSize();
+    void takesTheKeyboard_data();
     void takesTheKeyboard();
     void endsWhenTheHostIsGone_data();
     void endsWhenTheHostIsGone();
@@ -65,6 +66,8 @@ void tst_Embedding::initTestCase()
 {
     m_desktop = std::make_unique<Desktop>();
     QVERIFY(!m_desktop->display().isEmpty());
+    if (qEnvironmentVariableIsSet("SYSINFO_REQUIRE_DEVICES"))
+        QVERIFY2(*QT_WIDGET_HOST, "Qt " OTHER_QT " is not installed");
 }
 
 void tst_Embedding::init()
@@ -85,12 +88,15 @@ void tst_Embedding::fillsTheWindowAndFollowsItsSize_data()
     QTest::addColumn<int>("base");
     QTest::newRow("decimal id") << QStringLiteral(XCB_HOST) << 10;
     QTest::newRow("hexadecimal id") << QStringLiteral(XCB_HOST) << 16;
+    QTest::newRow("host of the other Qt version") << QStringLiteral(QT_WIDGET_HOST) << 10;
 }
 
 void tst_Embedding::fillsTheWindowAndFollowsItsSize()
 {
     QFETCH(QString, program);
     QFETCH(int, base);
+    if (program.isEmpty())
+        QSKIP("Qt " OTHER_QT " is not installed");
     Host host(*m_desktop, program);
     QVERIFY(host.window != 0);
     Program sysinfo(*m_desktop, m_runtimeDirectory->path());
@@ -111,9 +117,19 @@ void tst_Embedding::fillsTheWindowAndFollowsItsSize()
     QVERIFY(m_desktop->windows(title).isEmpty());
 }
 
+void tst_Embedding::takesTheKeyboard_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::newRow("host that is no widget") << QStringLiteral(XCB_HOST);
+    QTest::newRow("host of the other Qt version") << QStringLiteral(QT_WIDGET_HOST);
+}
+
 void tst_Embedding::takesTheKeyboard()
 {
-    const Host host(*m_desktop, QStringLiteral(XCB_HOST));
+    QFETCH(QString, program);
+    if (program.isEmpty())
+        QSKIP("Qt " OTHER_QT " is not installed");
+    const Host host(*m_desktop, program);
     Program sysinfo(*m_desktop, m_runtimeDirectory->path());
     sysinfo.launch(QStringLiteral("--embed %1").arg(host.window));
     const quint32 guest = waitForGuest(host);
@@ -136,15 +152,21 @@ void tst_Embedding::takesTheKeyboard()
 
 void tst_Embedding::endsWhenTheHostIsGone_data()
 {
+    QTest::addColumn<QString>("program");
     QTest::addColumn<bool>("killed");
-    QTest::newRow("host ends") << false;
-    QTest::newRow("host is killed") << true;
+    QTest::newRow("host ends") << QStringLiteral(XCB_HOST) << false;
+    QTest::newRow("host is killed") << QStringLiteral(XCB_HOST) << true;
+    QTest::newRow("host of the other Qt version ends") << QStringLiteral(QT_WIDGET_HOST) << false;
+    QTest::newRow("host of the other Qt version is killed") << QStringLiteral(QT_WIDGET_HOST) << true;
 }
 
 void tst_Embedding::endsWhenTheHostIsGone()
 {
+    QFETCH(QString, program);
     QFETCH(bool, killed);
-    Host host(*m_desktop, QStringLiteral(XCB_HOST));
+    if (program.isEmpty())
+        QSKIP("Qt " OTHER_QT " is not installed");
+    Host host(*m_desktop, program);
     Program sysinfo(*m_desktop, m_runtimeDirectory->path());
     sysinfo.launch(QStringLiteral("--embed %1").arg(host.window));
     QVERIFY(waitForGuest(host) != 0);
