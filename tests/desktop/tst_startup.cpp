@@ -1,0 +1,99 @@
+#include "tests/desktop/desktop.h"
+#include "tests/desktop/program.h"
+#include "tests/device/device.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+const QString title = QStringLiteral("About this thin client");
+
+/// Takes its time, and then tells whether the program's window can be seen and which files are open.
+const QByteArray look = "sleep 0.3\n"
+                        "window=hidden\n"
+                        "xwininfo -name 'About this thin client' 2>&1 | grep -q IsViewable && window=shown\n"
+                        "echo \"${0##*/} $window\" >>\"$SYSINFO_RIG/looks\"\n"
+                        "ls -l /proc/$$/fd >>\"$SYSINFO_RIG/descriptors\"\n";
+
+QStringList linesOf(const char *name)
+{
+    QFile file(qEnvironmentVariable("SYSINFO_RIG") + QLatin1Char('/') + QLatin1String(name));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+/// The order in which the built program starts, told by slow tools that look at the screen when they are run.
+class tst_StartUp : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanup();
+
+    void fillsEveryPageInTheOrderOfTheTabsBeforeItIsSeen();
+
+private:
+    std::unique_ptr<Desktop> m_desktop;
+};
+
+void tst_StartUp::initTestCase()
+{
+    m_desktop = std::make_unique<Desktop>();
+    QVERIFY(!m_desktop->display().isEmpty());
+}
+
+void tst_StartUp::cleanup()
+{
+    Device::restore();
+}
+
+void tst_StartUp::fillsEveryPageInTheOrderOfTheTabsBeforeItIsSeen()
+{
+    Device::installTool(QStringLiteral("/usr/bin/uname"), look + "echo 2.6.35");
+    Device::installTool(QStringLiteral("/usr/sbin/route"), look);
+    Device::installTool(QStringLiteral("/usr/bin/awk"),
+                        "case $1 in */nameserver/*) " + look + ";; esac\nexec mawk \"$@\"");
+    Device::installTool(QStringLiteral("/usr/bin/dpkg-query"), look);
+    Device::installTool(QStringLiteral("/usr/bin/ovpkg"), look);
+
+    const QTemporaryDir runtimeDirectory;
+    Program program(*m_desktop, runtimeDirectory.path());
+    program.launch();
+    const quint32 window = m_desktop->waitForWindow(title, 30000);
+    QVERIFY(window != 0);
+    // The first call of each is the start; the pages run some of them again as time goes by.
+    const QStringList looks = linesOf("looks");
+    const QStringList start{QStringLiteral("uname hidden"),      QStringLiteral("route hidden"),
+                            QStringLiteral("awk hidden"),        QStringLiteral("awk hidden"),
+                            QStringLiteral("dpkg-query hidden"), QStringLiteral("ovpkg hidden")};
+    QCOMPARE(looks.mid(0, start.size()), start);
+
+    m_desktop->closeByWindowManager(window);
+    QVERIFY(program.waitForFinished(30000));
+    QCOMPARE(program.exitCode(), 0);
+
+    // The tools get neither the lock nor a connection; what this test was started with goes to everybody.
+    QStringList own;
+    const QFileInfoList ownFiles =
+        QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::System | QDir::Files);
+    for (const QFileInfo &file : ownFiles)
+        own.append(file.symLinkTarget().section(QLatin1Char('/'), -1));
+    const QStringList open = linesOf("descriptors").filter(QStringLiteral(" -> "));
+    QVERIFY(open.size() >= 3 * start.size());
+    const QRegularExpression kept(QStringLiteral(" -> .*(socket:.*|anon_inode:.*|\\.lock)$"));
+    for (const QString &line : open) {
+        const QRegularExpressionMatch match = kept.match(line);
+        QVERIFY2(!match.hasMatch() || own.contains(match.captured(1)), qPrintable(line));
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_StartUp)
+#include "tst_startup.moc"
