@@ -38,6 +38,12 @@ QLabel *createBoxedValue(QGroupBox *group)
     return value;
 }
 
+/// Above the width that was set, a caption of a large font keeps its own.
+void addCaption(QGridLayout *grid, QLabel *caption, int row, int column)
+{
+    grid->addItem(new UnsqueezedItem(caption), row, column);
+}
+
 void addGroup(QVBoxLayout *layout, QGroupBox *group, int stretch)
 {
     layout->addItem(new UnsqueezedItem(group));
@@ -92,13 +98,13 @@ QGroupBox *pageSystem::createSystemGroup()
 
     auto *grid = new QGridLayout(group);
     grid->setAlignment(Qt::AlignLeft);
-    grid->addWidget(createCaptionOf(platformValue, tr("Platform:"), group), 0, 0);
+    addCaption(grid, createCaptionOf(platformValue, tr("Platform:"), group), 0, 0);
     grid->addWidget(platformValue, 0, 1);
-    grid->addWidget(createCaptionOf(cpuSpeedValue, tr("CPU Speed:"), group), 1, 0);
+    addCaption(grid, createCaptionOf(cpuSpeedValue, tr("CPU Speed:"), group), 1, 0);
     grid->addWidget(cpuSpeedValue, 1, 1);
-    grid->addWidget(createCaptionOf(cpuCacheValue, tr("CPU Cache:"), group), 1, 2);
+    addCaption(grid, createCaptionOf(cpuCacheValue, tr("CPU Cache:"), group), 1, 2);
     grid->addWidget(cpuCacheValue, 1, 3);
-    grid->addWidget(createCaptionOf(processorValue, tr("Processor:"), group), 2, 0);
+    addCaption(grid, createCaptionOf(processorValue, tr("Processor:"), group), 2, 0);
     grid->addWidget(processorValue, 2, 1, 1, 2);
     return group;
 }
@@ -141,7 +147,7 @@ QGroupBox *pageSystem::createBiosAndOsGroup()
     grid->setAlignment(Qt::AlignLeft);
     const auto addRow = [=](int row, const QString &caption) {
         QLabel *value = createFactLabel(group);
-        grid->addWidget(createCaptionOf(value, caption, group), row, 0);
+        addCaption(grid, createCaptionOf(value, caption, group), row, 0);
         grid->addWidget(value, row, 1);
         return value;
     };
