@@ -5,6 +5,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 
 DnsLookupPanel::DnsLookupPanel(const QValidator *addressValidator, QWidget *parent)
@@ -24,6 +25,11 @@ DnsLookupPanel::DnsLookupPanel(const QValidator *addressValidator, QWidget *pare
     row->addWidget(m_useNameServer);
     row->addWidget(m_nameServer, 1);
     layout->addLayout(row);
+
+    // To a screen reader a combo box is named by a label, and here the check box stands in its place.
+    auto *name = new QLabel(m_useNameServer->text(), this);
+    name->setBuddy(m_nameServer);
+    name->hide();
 }
 
 DnsLookupOptions DnsLookupPanel::options() const

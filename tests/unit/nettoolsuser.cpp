@@ -113,7 +113,7 @@ QWidget *NetToolsUser::valueOf(const char *caption) const
     QWidget *left = nullptr;
     const QList<QLabel *> labels = panel()->findChildren<QLabel *>();
     for (QLabel *label : labels) {
-        if (label->text() == text(caption))
+        if (!label->isHidden() && label->text() == text(caption))
             left = label;
     }
     if (!left)
