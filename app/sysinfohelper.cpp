@@ -66,6 +66,7 @@ void SysInfoHelper::addPage(QWidget *page, const QString &label)
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     area->setAlignment(Qt::AlignHCenter);
     area->setWidgetResizable(true);
+    area->setAccessibleName(label);
     // The page comes last: every change of parent applies the stylesheet to all its widgets anew.
     m_tabs->addTab(area, label);
     page->setObjectName(QStringLiteral("tabContent"));

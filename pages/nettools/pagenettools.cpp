@@ -108,6 +108,7 @@ QTextEdit *pageNetTools::createLogView()
     logView = new QTextEdit(this);
     logView->setFontWeight(QFont::Light);
     logView->setReadOnly(true);
+    logView->setAccessibleName(tr("Log"));
     // Without an undo history of everything that a tool has ever printed.
     logView->setUndoRedoEnabled(false);
     logView->setLineWrapMode(QTextEdit::NoWrap);

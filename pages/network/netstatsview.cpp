@@ -26,9 +26,10 @@ NetStatsView::NetStatsView(QWidget *parent)
     setMidLineWidth(1);
     setColumnCount(2);
     setRowCount(15);
-    setColumnWidth(0, 174);
-    // The Tab key goes on to the next widget; the arrow keys move in the table.
+    setAccessibleName(QObject::tr("Interface Statistics"));
+    // Tab goes on to the next input, not from cell to cell.
     setTabKeyNavigation(false);
+    setColumnWidth(0, 174);
     verticalHeader()->setVisible(false);
     // The least height that the style allows a row may be larger.
     verticalHeader()->setMinimumSectionSize(counterRowHeight);

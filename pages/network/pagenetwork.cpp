@@ -20,6 +20,8 @@ QLabel *createCaption(const QString &text, QWidget *value)
 {
     auto *caption = new QLabel(text, value->parentWidget());
     caption->setBuddy(value);
+    // A list does not get its name from its caption, as a label does.
+    value->setAccessibleName(text);
     return caption;
 }
 
