@@ -10,6 +10,7 @@
 #include <QIcon>
 #include <QScrollArea>
 #include <QShortcut>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -67,10 +68,12 @@ void SysInfoHelper::addPage(QWidget *page, const QString &label)
     area->setAlignment(Qt::AlignHCenter);
     area->setWidgetResizable(true);
     area->setAccessibleName(label);
-    // The page comes last: every change of parent applies the stylesheet to all its widgets anew.
+    // The page comes last: every change of parent applies the stylesheet to all its widgets anew. The Tab key
+    // gets to the area first nevertheless.
     m_tabs->addTab(area, label);
     page->setObjectName(QStringLiteral("tabContent"));
     area->setWidget(page);
+    setTabOrder(m_tabs->tabBar(), area);
 }
 
 void SysInfoHelper::doNothing() { }

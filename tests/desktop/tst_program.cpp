@@ -191,7 +191,8 @@ void tst_Program::endsWhileADialogIsOpen()
     const quint32 window = m_desktop->waitForWindow(title);
     QVERIFY(window != 0);
     QTRY_COMPARE(m_desktop->focusWindow(), window);
-    // The button is the first thing behind the tabs.
+    // The button is the first thing behind the tabs and the page's scroll area.
+    m_desktop->pressKey(QStringLiteral("Tab"));
     m_desktop->pressKey(QStringLiteral("Tab"));
     m_desktop->pressKey(QStringLiteral("space"));
     const quint32 choice = m_desktop->waitForWindow(QStringLiteral("Save the diagnostic archive"));
@@ -251,6 +252,7 @@ void tst_Program::escapeClosesADialogOnly()
     const quint32 window = m_desktop->waitForWindow(title);
     QVERIFY(window != 0);
     QTRY_COMPARE(m_desktop->focusWindow(), window);
+    m_desktop->pressKey(QStringLiteral("Tab"));
     m_desktop->pressKey(QStringLiteral("Tab"));
     m_desktop->pressKey(QStringLiteral("space"));
     const quint32 dialog = m_desktop->waitForWindow(choice);

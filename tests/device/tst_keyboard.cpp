@@ -69,10 +69,10 @@ void tst_Keyboard::tabVisitsEveryInputInReadingOrder_data()
     QTest::addColumn<QString>("tool");
     QTest::addColumn<QStringList>("visited");
 
-    // At the end the area that the page is scrolled in.
+    // First the area that the page is scrolled in.
     const auto row = [](const char *name, int page, const char *tool, const char *inputs) {
-        const QStringList visited = QString::fromLatin1(inputs).split(QStringLiteral(", "))
-            + QStringList(QStringLiteral("QScrollArea"));
+        const QStringList visited = QStringList(QStringLiteral("QScrollArea"))
+            + QString::fromLatin1(inputs).split(QStringLiteral(", "));
         QTest::newRow(name) << page << QString::fromLatin1(tool) << visited;
     };
     QTest::newRow("General") << 1 << QString() << QStringList(QStringLiteral("QScrollArea"));
@@ -109,13 +109,13 @@ void tst_Keyboard::tabVisitsEveryInputInReadingOrder()
 void tst_Keyboard::shiftTabGoesBack()
 {
     open(2);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     QCOMPARE(nameOf(QApplication::focusWidget()), QStringLiteral("QTableWidget"));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
     QCOMPARE(nameOf(QApplication::focusWidget()), QStringLiteral("QComboBox"));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
-    QCOMPARE(nameOf(QApplication::focusWidget()), QStringLiteral("QTabBar"));
+    QCOMPARE(nameOf(QApplication::focusWidget()), QStringLiteral("QScrollArea"));
 }
 
 void tst_Keyboard::arrowsMoveInTablesAndLists_data()
