@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <memory>
 #include <poll.h>
+#include <set>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -92,7 +93,7 @@ void ShownProgram::waitForPainting(xcb_connection_t *connection)
         xcb_get_extension_data(connection, &xcb_damage_id)->first_event + XCB_DAMAGE_NOTIFY;
     QElapsedTimer time;
     time.start();
-    xcb_window_t shown = XCB_NONE;
+    std::set<xcb_window_t> shown;
     while (time.elapsed() < limit) {
         const ReplyPointer<xcb_generic_event_t> event(xcb_poll_for_event(connection), &std::free);
         if (!event) {
@@ -106,15 +107,17 @@ void ShownProgram::waitForPainting(xcb_connection_t *connection)
             xcb_damage_create(connection, xcb_generate_id(connection), created->window,
                               XCB_DAMAGE_REPORT_LEVEL_BOUNDING_BOX);
             xcb_flush(connection);
-        } else if (type == XCB_MAP_NOTIFY && shown == XCB_NONE) {
+        } else if (type == XCB_MAP_NOTIFY) {
             const auto *mapped = reinterpret_cast<const xcb_map_notify_event_t *>(event.get());
             if (!mapped->override_redirect)
-                shown = mapped->window;
+                shown.insert(mapped->window);
         } else if (type == damageEvent) {
             const auto *damage = reinterpret_cast<const xcb_damage_notify_event_t *>(event.get());
             const int painted = damage->area.width * damage->area.height;
             const int whole = damage->geometry.width * damage->geometry.height;
-            if (damage->drawable == shown && painted == whole) {
+            // Toolkits also have windows of a few pixels, which nobody sees.
+            const bool isVisible = damage->geometry.width > 100 && damage->geometry.height > 100;
+            if (shown.count(damage->drawable) > 0 && isVisible && painted == whole) {
                 m_size = QSize(damage->geometry.width, damage->geometry.height);
                 return;
             }

@@ -38,6 +38,7 @@ public:
     QWidget *panel() const;
     QCheckBox *checkBox(const char *text) const;
     /// The value widgets, which stand to the right of the check box or label with the text.
+    QWidget *valueOf(const char *text) const;
     QSpinBox *number(const char *text) const;
     QLineEdit *lineEdit(const char *text) const;
     QComboBox *comboBox(const char *text) const;
@@ -53,8 +54,6 @@ public:
     bool waitUntilFinished(int milliseconds = 10000) const;
 
 private:
-    QWidget *valueOf(const char *text) const;
-
     QWidget &m_page;
 };
 

@@ -251,9 +251,17 @@ void tst_PageNetTools::namesTheFieldsOfEachPanel()
         QCOMPARE(labels.size(), 1);
         const QLabel *label = labels.constFirst();
         QCOMPARE(label->buddy(), m_user->lineEdit(label->text().toLatin1().constData()));
-        const QList<QAbstractSpinBox *> numbers = m_user->panel()->findChildren<QAbstractSpinBox *>();
-        for (const QAbstractSpinBox *number : numbers)
-            QVERIFY(!number->accessibleName().isEmpty());
+        // A setting is named by its check box.
+        const QList<QWidget *> inputs = m_user->panel()->findChildren<QWidget *>();
+        for (const QWidget *input : inputs) {
+            const bool isSetting = input->inherits("QSpinBox") || input->inherits("QComboBox")
+                || (input->inherits("QLineEdit") && input->parentWidget() == m_user->panel());
+            if (!isSetting || input == label->buddy())
+                continue;
+            const QByteArray name = input->accessibleName().toLatin1();
+            QVERIFY(!name.isEmpty());
+            QCOMPARE(m_user->valueOf(name.constData()), input);
+        }
     }
 }
 
