@@ -28,8 +28,9 @@ inline QString programForEverybody()
 inline QStringList arguments(int user, const QString &program)
 {
     const QString number = QString::number(user);
-    return {QStringLiteral("--reuid"),        number, QStringLiteral("--regid"), number,
-            QStringLiteral("--clear-groups"), program};
+    // Who is root only on the device can't change the groups.
+    const QString groups = user == 0 ? QStringLiteral("--keep-groups") : QStringLiteral("--clear-groups");
+    return {QStringLiteral("--reuid"), number, QStringLiteral("--regid"), number, groups, program};
 }
 
 /// Gives the directory to the user; only root can.

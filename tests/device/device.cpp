@@ -36,8 +36,11 @@ void check(bool success, const char *what, const QString &path)
 void put(const QString &path, const QByteArray &content, QFile::Permissions permissions)
 {
     QFile file(path);
-    check(file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush(), "writing",
-          path);
+    // A file of the machine itself can't be opened where root is an ordinary user outside, only replaced.
+    bool opened = file.open(QIODevice::WriteOnly);
+    if (!opened)
+        opened = QFile::remove(path) && file.open(QIODevice::WriteOnly);
+    check(opened && file.write(content) == content.size() && file.flush(), "writing", path);
     file.setPermissions(permissions);
 }
 
