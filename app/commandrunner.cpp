@@ -1,14 +1,58 @@
 #include "app/commandrunner.h"
 
+#include "app/waitingwork.h"
+
 #include <cstdlib>
+#include <poll.h>
+#include <utility>
+
+namespace {
+
+std::FILE *openCommandPipe(const QString &command)
+{
+    return popen(command.toLatin1().constData(), "r");
+}
+
+/// Whether a read from the pipe would return at once, be it with the end of the output.
+bool canBeRead(std::FILE *pipe)
+{
+    pollfd output{fileno(pipe), POLLIN, 0};
+    return poll(&output, 1, 0) != 0;
+}
+
+} // namespace
+
+CommandAhead *CommandAhead::s_started = nullptr;
+
+CommandAhead::CommandAhead(const QString &command)
+    : m_command(command)
+    , m_pipe(openCommandPipe(command))
+{
+    Q_ASSERT(!s_started);
+    s_started = this;
+}
+
+CommandAhead::~CommandAhead()
+{
+    s_started = nullptr;
+    closeCommandPipe(m_pipe);
+}
+
+std::FILE *CommandAhead::takePipe(const QString &command)
+{
+    return s_started && s_started->m_command == command ? std::exchange(s_started->m_pipe, nullptr) : nullptr;
+}
 
 QString runCommand(const QString &command)
 {
     QString result;
     char *line = nullptr;
     size_t capacity = 0;
-    std::FILE *pipe = popen(command.toLatin1().constData(), "r");
+    std::FILE *pipe = CommandAhead::takePipe(command);
+    if (!pipe)
+        pipe = openCommandPipe(command);
     if (pipe) {
+        while (!canBeRead(pipe) && WaitingWork::doNext()) { }
         // A line that was read ends the loop; only a read that failed is tried again.
         do {
             clearerr(pipe);

@@ -2,7 +2,12 @@
 
 #include "app/commandrunner.h"
 
+QString nameServersCommand()
+{
+    return QStringLiteral("awk '/nameserver/ { printf \"%s \", $2 }' /etc/resolv.conf");
+}
+
 QString readNameServers()
 {
-    return runCommand(QStringLiteral("awk '/nameserver/ { printf \"%s \", $2 }' /etc/resolv.conf"));
+    return runCommand(nameServersCommand());
 }

@@ -1,5 +1,6 @@
 #include "app/sysinfohelper.h"
 
+#include "app/waitingwork.h"
 #include "framework/userinfo.h"
 #include "pages/nettools/pagenettools.h"
 #include "pages/network/pagenetwork.h"
@@ -43,10 +44,7 @@ SysInfoHelper::SysInfoHelper(int page)
     layout->setSpacing(0);
     layout->addWidget(m_tabs);
 
-    addPage(new pageSystem(this), QObject::tr("General"));
-    addPage(new pageNetwork(this), QObject::tr("Network"));
-    addPage(new pageNetTools(this), QObject::tr("Net Tools"));
-    addPage(new pageSoftware(this), QObject::tr("Software Information"));
+    createPages();
     if (page > 0 && page <= m_tabs->count())
         m_tabs->setCurrentIndex(page - 1);
 
@@ -58,6 +56,20 @@ SysInfoHelper::SysInfoHelper(int page)
 bool SysInfoHelper::isAdmin() const
 {
     return UserInfo::isAdmin();
+}
+
+void SysInfoHelper::createPages()
+{
+    // A page that is complete is put into its place while the next one waits for its commands.
+    WaitingWork work;
+    const auto addWhileWaiting = [&](QWidget *page, const QString &label) {
+        work.add([this, page, label] { addPage(page, label); });
+    };
+    work.add(pageNetTools::loadLogFont);
+    addWhileWaiting(new pageSystem(this), QObject::tr("General"));
+    addWhileWaiting(new pageNetwork(this), QObject::tr("Network"));
+    addWhileWaiting(new pageNetTools(this), QObject::tr("Net Tools"));
+    addWhileWaiting(new pageSoftware(this), QObject::tr("Software Information"));
 }
 
 void SysInfoHelper::addPage(QWidget *page, const QString &label)

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void doNothing();
 
 private:
+    void createPages();
     void addPage(QWidget *page, const QString &label);
 
     QTabWidget *m_tabs;

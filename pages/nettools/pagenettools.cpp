@@ -1,6 +1,8 @@
 #include "pages/nettools/pagenettools.h"
 
 #include "app/asciitext.h"
+#include "app/commandrunner.h"
+#include "app/nameservers.h"
 #include "pages/nettools/diagnosticarchive.h"
 #include "pages/nettools/dnslookuppanel.h"
 #include "pages/nettools/pingpanel.h"
@@ -22,12 +24,21 @@ namespace {
 
 enum Tool { Ping, DnsLookup, TraceRoute };
 
+QFont logFont()
+{
+    QFont font(QStringLiteral("Courier"), 10, QFont::Normal, false);
+    font.setFixedPitch(true);
+    return font;
+}
+
 } // namespace
 
 pageNetTools::pageNetTools(QWidget *parent)
     : QWidget(parent)
     , addressValidator(QRegularExpression(QStringLiteral("[0-9.]+")))
 {
+    // The first command works while the widgets are made.
+    const CommandAhead nameServers(nameServersCommand());
     createLayout();
     connectSignals();
     pingButton->click();
@@ -36,6 +47,12 @@ pageNetTools::pageNetTools(QWidget *parent)
 pageNetTools::~pageNetTools()
 {
     endTool();
+}
+
+void pageNetTools::loadLogFont()
+{
+    // Qt keeps what was loaded for the first question about a font.
+    QFontMetrics(logFont()).height();
 }
 
 void pageNetTools::endTool()
@@ -113,9 +130,7 @@ QTextEdit *pageNetTools::createLogView()
     logView->setUndoRedoEnabled(false);
     logView->setLineWrapMode(QTextEdit::NoWrap);
     logView->setFrameStyle(QFrame::Box | QFrame::Sunken);
-    QFont font(QStringLiteral("Courier"), 10, QFont::Normal, false);
-    font.setFixedPitch(true);
-    logView->setFont(font);
+    logView->setFont(logFont());
     return logView;
 }
 

@@ -23,6 +23,9 @@ public:
     explicit pageNetTools(QWidget *parent);
     ~pageNetTools() override;
 
+    /// Loads the font of the log, which takes a while when it is first used.
+    static void loadLogFont();
+
 private Q_SLOTS:
     void handleProcessAction();
     void readStandardError();

@@ -80,11 +80,14 @@ void NetStatsView::updateStats()
         readCounter(stream, item(row, 1));
 }
 
+QString interfaceCountersCommand(const QString &name)
+{
+    return QStringLiteral("awk '/%1/ { split($0,aa,\":\"); print aa[2] }' /proc/net/dev").arg(name);
+}
+
 QString readInterfaceCounters(const QString &name)
 {
-    const QString command =
-        QStringLiteral("awk '/%1/ { split($0,aa,\":\"); print aa[2] }' /proc/net/dev").arg(name);
-    return runCommand(command);
+    return runCommand(interfaceCountersCommand(name));
 }
 
 QTextStream &readCounter(QTextStream &stream, QTableWidgetItem *item)

@@ -22,5 +22,8 @@ public:
 /// anywhere: sixteen decimal numbers, separated by blanks. Empty when there is no such line.
 QString readInterfaceCounters(const QString &name);
 
+/// The command line that readInterfaceCounters() runs.
+QString interfaceCountersCommand(const QString &name);
+
 /// Shows the stream's next word as the item's text, an empty one at the end of the stream.
 QTextStream &readCounter(QTextStream &stream, QTableWidgetItem *item);

@@ -1,5 +1,6 @@
 #include "pages/network/pagenetwork.h"
 
+#include "app/commandrunner.h"
 #include "app/factlabel.h"
 #include "app/nameservers.h"
 #include "app/unsqueezeditem.h"
@@ -37,6 +38,8 @@ void addBelowCaption(QBoxLayout *layout, const QString &caption, QWidget *value,
 pageNetwork::pageNetwork(QWidget *parent)
     : QWidget(parent)
 {
+    // The first command works while the widgets are made.
+    const CommandAhead firstInterface(interfaceCountersCommand(candidateInterfaces().constFirst()));
     createLayout();
     applyValueBoxStyle(statsView);
     for (QLabel *value : {netmaskValue, stateValue, macAddressValue, ipAddressValue, hostnameValue,

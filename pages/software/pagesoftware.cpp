@@ -1,5 +1,6 @@
 #include "pages/software/pagesoftware.h"
 
+#include "app/waitingwork.h"
 #include "pages/software/packagelist.h"
 #include "pages/software/packagelistmodel.h"
 #include "pages/software/packagelistview.h"
@@ -68,9 +69,7 @@ void stop(QProcess *process)
 
 QByteArray readPackageNames(QProcess *cat, int limit)
 {
-    stop(cat);
-    cat->start(QStringLiteral("cat"), {QStringLiteral("/etc/SysInfo/pkg_list.conf")});
-    cat->waitForFinished(limit);
+    waitForFinished(*cat, limit);
     const QByteArray names = cat->readAllStandardOutput();
     cat->terminate();
     return names;
@@ -82,8 +81,9 @@ pageSoftware::pageSoftware(QWidget *parent, const PackageToolLimits &limits)
     : QWidget(parent)
     , toolLimits(limits)
 {
+    startReadingPackageNames();
     createLayout();
-    refreshMainSoftware();
+    showMainSoftware();
     refreshAddons();
     refreshTimerId = startTimer(3000);
 }
@@ -124,12 +124,26 @@ void pageSoftware::createLayout()
 
 void pageSoftware::refreshMainSoftware()
 {
+    startReadingPackageNames();
+    showMainSoftware();
+}
+
+void pageSoftware::startReadingPackageNames()
+{
     QProcess *cat = packageNamesProcess(this);
-    const QString program = packageQueryProgram();
-    if (program.isNull())
+    queryProgram = packageQueryProgram();
+    if (queryProgram.isNull())
         return;
-    const QByteArray names = readPackageNames(cat, toolLimits.packageNames);
-    rebuild(mainView, mainSoftware, packageRows, program, packageQueryArguments(names));
+    stop(cat);
+    cat->start(QStringLiteral("cat"), {QStringLiteral("/etc/SysInfo/pkg_list.conf")});
+}
+
+void pageSoftware::showMainSoftware()
+{
+    if (queryProgram.isNull())
+        return;
+    const QByteArray names = readPackageNames(packageNamesProcess(this), toolLimits.packageNames);
+    rebuild(mainView, mainSoftware, packageRows, queryProgram, packageQueryArguments(names));
 }
 
 void pageSoftware::refreshAddons()
@@ -145,7 +159,7 @@ void pageSoftware::rebuild(PackageListView *view, Inventory &inventory, RowsOfOu
     // While the program works, the old rows go and new ones are made of what it printed the last time.
     inventory.model->removeAllRows();
     std::vector<PackageListModel::Row> rows = PackageListModel::createRows(inventory.rows);
-    packageProcess->waitForFinished(toolLimits.query);
+    waitForFinished(*packageProcess, toolLimits.query);
     const QByteArray output = packageProcess->readAllStandardOutput();
     stop(packageProcess);
 

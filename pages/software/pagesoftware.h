@@ -37,6 +37,9 @@ private:
 
     void createLayout();
     void refreshMainSoftware();
+    /// Chooses the program that lists packages and, if there is one, has "cat" read the names to ask it for.
+    void startReadingPackageNames();
+    void showMainSoftware();
     void refreshAddons();
     void rebuild(PackageListView *view, Inventory &inventory, RowsOfOutput rowsOf, const QString &program,
                  const QStringList &arguments);
@@ -45,6 +48,7 @@ private:
     PackageListView *addonView;
     int refreshTimerId;
     QProcess *packageProcess;
+    QString queryProgram;
     PackageToolLimits toolLimits;
     Inventory mainSoftware;
     Inventory addons;

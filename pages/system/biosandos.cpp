@@ -2,6 +2,7 @@
 
 #include "app/asciitext.h"
 #include "app/commandrunner.h"
+#include "app/waitingwork.h"
 
 #include <QIODevice>
 #include <QProcess>
@@ -27,7 +28,7 @@ QString readKernelVersion(int timeout)
 {
     QProcess uname;
     uname.start(QStringLiteral("uname"), {QStringLiteral("-r")}, QIODevice::ReadWrite);
-    if (uname.waitForFinished(timeout))
+    if (waitForFinished(uname, timeout))
         return asciiText(uname.readAllStandardOutput());
     uname.kill();
     uname.waitForFinished();

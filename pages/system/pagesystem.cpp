@@ -1,5 +1,6 @@
 #include "pages/system/pagesystem.h"
 
+#include "app/commandrunner.h"
 #include "app/factlabel.h"
 #include "app/unsqueezeditem.h"
 #include "app/valuebox.h"
@@ -61,6 +62,8 @@ QString withMegabytes(const QString &figure)
 pageSystem::pageSystem(QWidget *parent)
     : QWidget(parent)
 {
+    // The first command works while the widgets are made.
+    const CommandAhead platform(platformCommand());
     createLayout();
     gatherSystemInfo();
     refreshMemory();

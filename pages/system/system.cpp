@@ -28,9 +28,14 @@ CpuInfo readCpuInfo(QIODevice &cpuinfo, CpuInfo info)
     return info;
 }
 
+QString platformCommand()
+{
+    return QStringLiteral("/usr/bin/vexa-hwsw-id --hw");
+}
+
 QString readPlatform()
 {
-    return runCommand(QStringLiteral("/usr/bin/vexa-hwsw-id --hw"));
+    return runCommand(platformCommand());
 }
 
 QString readProcessorMaxSpeed()

@@ -1,11 +1,15 @@
 #include "app/commandrunner.h"
+#include "app/waitingwork.h"
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
 #include <fcntl.h>
+#include <memory>
 #include <sys/resource.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -51,6 +55,13 @@ private Q_SLOTS:
     void letsANullPipeBe();
     void triesAnInterruptedReadAgain();
     void leavesNoDescriptorOpen();
+    void doesWaitingWorkWhileTheCommandWorks();
+    void leavesWaitingWorkWhenTheAnswerIsThere();
+    void takesTheAnswerOfACommandStartedAhead();
+    void startsACommandAheadAtOnce();
+    void runsAnotherCommandThanTheOneAhead();
+    void waitsForACommandAheadThatNobodyAskedFor();
+    void runsACommandThatCouldNotBeStartedAhead();
 };
 
 void tst_CommandRunner::returnsTheFirstLineTrimmed_data()
@@ -143,6 +154,84 @@ void tst_CommandRunner::leavesNoDescriptorOpen()
     for (int i = 0; i < 20; ++i)
         runCommand(QStringLiteral("echo value"));
     QCOMPARE(openDescriptors(), before);
+}
+
+void tst_CommandRunner::doesWaitingWorkWhileTheCommandWorks()
+{
+    const QTemporaryDir folder;
+    const QString end = folder.filePath(QStringLiteral("end"));
+    QStringList done;
+    WaitingWork work;
+    work.add([&] { done.append(QFile::exists(end) ? QStringLiteral("late") : QStringLiteral("first")); });
+    work.add([&] { done.append(QFile::exists(end) ? QStringLiteral("late") : QStringLiteral("second")); });
+    QCOMPARE(runCommand(QStringLiteral("sleep 0.3; touch %1; echo value").arg(end)), QStringLiteral("value"));
+    QCOMPARE(done, QStringList({QStringLiteral("first"), QStringLiteral("second")}));
+}
+
+void tst_CommandRunner::leavesWaitingWorkWhenTheAnswerIsThere()
+{
+    bool isDone = false;
+    WaitingWork work;
+    work.add([&] { isDone = true; });
+    const QString command = QStringLiteral("echo value");
+    const CommandAhead ahead(command);
+    QTest::qSleep(1000);
+    QCOMPARE(runCommand(command), QStringLiteral("value"));
+    QVERIFY(!isDone);
+}
+
+void tst_CommandRunner::takesTheAnswerOfACommandStartedAhead()
+{
+    const QTemporaryDir folder;
+    const QString runs = folder.filePath(QStringLiteral("runs"));
+    const QString command = QStringLiteral("echo run >>%1; wc -l <%1").arg(runs);
+    const int before = openDescriptors();
+    {
+        const CommandAhead ahead(command);
+        QCOMPARE(runCommand(command), QStringLiteral("1"));
+        QCOMPARE(runCommand(command), QStringLiteral("2"));
+    }
+    QCOMPARE(runCommand(command), QStringLiteral("3"));
+    QCOMPARE(openDescriptors(), before);
+}
+
+void tst_CommandRunner::startsACommandAheadAtOnce()
+{
+    const QTemporaryDir folder;
+    const QString start = folder.filePath(QStringLiteral("start"));
+    const CommandAhead ahead(QStringLiteral("touch %1; sleep 0.1").arg(start));
+    QTRY_VERIFY(QFile::exists(start));
+}
+
+void tst_CommandRunner::runsAnotherCommandThanTheOneAhead()
+{
+    const QString slow = QStringLiteral("sleep 0.2; echo slow");
+    const CommandAhead ahead(slow);
+    QCOMPARE(runCommand(QStringLiteral("echo other")), QStringLiteral("other"));
+    QCOMPARE(runCommand(slow), QStringLiteral("slow"));
+}
+
+void tst_CommandRunner::waitsForACommandAheadThatNobodyAskedFor()
+{
+    const QTemporaryDir folder;
+    const QString end = folder.filePath(QStringLiteral("end"));
+    const int before = openDescriptors();
+    {
+        const CommandAhead ahead(QStringLiteral("sleep 0.3; touch %1").arg(end));
+    }
+    QVERIFY(QFile::exists(end));
+    QCOMPARE(openDescriptors(), before);
+}
+
+void tst_CommandRunner::runsACommandThatCouldNotBeStartedAhead()
+{
+    const QString command = QStringLiteral("echo value");
+    std::unique_ptr<CommandAhead> ahead;
+    {
+        const NoMoreDescriptors limit;
+        ahead = std::make_unique<CommandAhead>(command);
+    }
+    QCOMPARE(runCommand(command), QStringLiteral("value"));
 }
 
 QTEST_APPLESS_MAIN(tst_CommandRunner)

@@ -1,0 +1,151 @@
+#include "app/waitingwork.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QStringList>
+#include <QTest>
+
+namespace {
+
+void start(QProcess &process, const QString &script)
+{
+    process.start(QStringLiteral("sh"), {QStringLiteral("-c"), script});
+}
+
+} // namespace
+
+class tst_WaitingWork : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void doesOnePieceAtATimeInOrder();
+    void doesWhatIsLeftInTheEnd();
+    void doesAPieceThatAPieceAdds();
+    void hasNothingToDoWithoutAnObject();
+    void isDoneWhileAProcessWorks();
+    void waitsForTheProcessAfterTheLastPiece();
+    void keepsTheLimitOfTheWait();
+    void countsThePiecesAsPartOfTheWait();
+    void tellsThatAProcessWasNotStarted();
+    void waitsWithoutALimit();
+};
+
+void tst_WaitingWork::doesOnePieceAtATimeInOrder()
+{
+    QStringList done;
+    WaitingWork work;
+    work.add([&] { done.append(QStringLiteral("first")); });
+    work.add([&] { done.append(QStringLiteral("second")); });
+    QVERIFY(done.isEmpty());
+    QVERIFY(WaitingWork::doNext());
+    QCOMPARE(done, QStringList(QStringLiteral("first")));
+    QVERIFY(WaitingWork::doNext());
+    QCOMPARE(done, QStringList({QStringLiteral("first"), QStringLiteral("second")}));
+    QVERIFY(!WaitingWork::doNext());
+    QCOMPARE(done.size(), 2);
+}
+
+void tst_WaitingWork::doesWhatIsLeftInTheEnd()
+{
+    QStringList done;
+    {
+        WaitingWork work;
+        work.add([&] { done.append(QStringLiteral("first")); });
+        work.add([&] { done.append(QStringLiteral("second")); });
+    }
+    QCOMPARE(done, QStringList({QStringLiteral("first"), QStringLiteral("second")}));
+}
+
+void tst_WaitingWork::doesAPieceThatAPieceAdds()
+{
+    QStringList done;
+    {
+        WaitingWork work;
+        work.add([&] {
+            done.append(QStringLiteral("first"));
+            work.add([&] { done.append(QStringLiteral("added")); });
+        });
+    }
+    QCOMPARE(done, QStringList({QStringLiteral("first"), QStringLiteral("added")}));
+}
+
+void tst_WaitingWork::hasNothingToDoWithoutAnObject()
+{
+    QVERIFY(!WaitingWork::doNext());
+    {
+        const WaitingWork work;
+    }
+    QVERIFY(!WaitingWork::doNext());
+}
+
+void tst_WaitingWork::isDoneWhileAProcessWorks()
+{
+    QProcess process;
+    QList<QProcess::ProcessState> states;
+    WaitingWork work;
+    for (int piece = 0; piece < 3; ++piece)
+        work.add([&] { states.append(process.state()); });
+    start(process, QStringLiteral("sleep 0.3; echo output; exit 4"));
+    QVERIFY(waitForFinished(process, 30000));
+    QCOMPARE(states.size(), 3);
+    QVERIFY(!states.contains(QProcess::NotRunning));
+    QCOMPARE(process.exitCode(), 4);
+    QCOMPARE(process.readAllStandardOutput(), QByteArray("output\n"));
+}
+
+void tst_WaitingWork::waitsForTheProcessAfterTheLastPiece()
+{
+    QProcess process;
+    start(process, QStringLiteral("sleep 0.3"));
+    QElapsedTimer time;
+    time.start();
+    QVERIFY(waitForFinished(process, 30000));
+    QVERIFY(time.elapsed() >= 250);
+    QCOMPARE(process.state(), QProcess::NotRunning);
+}
+
+void tst_WaitingWork::keepsTheLimitOfTheWait()
+{
+    QProcess process;
+    start(process, QStringLiteral("exec sleep 30"));
+    QElapsedTimer time;
+    time.start();
+    QVERIFY(!waitForFinished(process, 300));
+    QVERIFY(time.elapsed() >= 250);
+    QVERIFY(time.elapsed() < 10000);
+    QVERIFY(process.state() != QProcess::NotRunning);
+    process.kill();
+    process.waitForFinished();
+}
+
+void tst_WaitingWork::countsThePiecesAsPartOfTheWait()
+{
+    QProcess process;
+    WaitingWork work;
+    work.add([] { QTest::qSleep(1500); });
+    start(process, QStringLiteral("exec sleep 30"));
+    QElapsedTimer time;
+    time.start();
+    QVERIFY(!waitForFinished(process, 2000));
+    QVERIFY(time.elapsed() < 3000);
+    process.kill();
+    process.waitForFinished();
+}
+
+void tst_WaitingWork::tellsThatAProcessWasNotStarted()
+{
+    QProcess process;
+    process.start(QStringLiteral("/no/such/program"), QStringList());
+    QVERIFY(!waitForFinished(process, 30000));
+    QCOMPARE(process.error(), QProcess::FailedToStart);
+}
+
+void tst_WaitingWork::waitsWithoutALimit()
+{
+    QProcess process;
+    start(process, QStringLiteral("sleep 0.3"));
+    QVERIFY(waitForFinished(process, -1));
+}
+
+QTEST_GUILESS_MAIN(tst_WaitingWork)
+#include "tst_waitingwork.moc"
