@@ -52,7 +52,8 @@ QString runCommand(const QString &command)
     if (!pipe)
         pipe = openCommandPipe(command);
     if (pipe) {
-        while (!canBeRead(pipe) && WaitingWork::doNext()) { }
+        while (WaitingWork::isLeft() && !canBeRead(pipe))
+            WaitingWork::doNext();
         // A line that was read ends the loop; only a read that failed is tried again.
         do {
             clearerr(pipe);

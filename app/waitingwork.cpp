@@ -15,7 +15,8 @@ WaitingWork::WaitingWork()
 
 WaitingWork::~WaitingWork()
 {
-    finish();
+    while (isLeft())
+        doNext();
     s_work = nullptr;
 }
 
@@ -24,27 +25,27 @@ void WaitingWork::add(Piece piece)
     m_pieces.push_back(std::move(piece));
 }
 
-void WaitingWork::finish()
+bool WaitingWork::isLeft()
 {
-    while (doNext()) { }
+    return s_work && !s_work->m_pieces.empty();
 }
 
-bool WaitingWork::doNext()
+void WaitingWork::doNext()
 {
-    if (!s_work || s_work->m_pieces.empty())
-        return false;
+    if (!isLeft())
+        return;
     const Piece piece = std::move(s_work->m_pieces.front());
     s_work->m_pieces.pop_front();
     piece();
-    return true;
 }
 
 bool waitForFinished(QProcess &process, int limit)
 {
     const QDeadlineTimer deadline(limit);
-    while (!process.waitForFinished(0)) {
-        if (process.state() == QProcess::NotRunning || !WaitingWork::doNext())
-            return process.waitForFinished(static_cast<int>(deadline.remainingTime()));
+    while (WaitingWork::isLeft() && process.state() != QProcess::NotRunning) {
+        if (process.waitForFinished(0))
+            return true;
+        WaitingWork::doNext();
     }
-    return true;
+    return process.waitForFinished(static_cast<int>(deadline.remainingTime()));
 }

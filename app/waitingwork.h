@@ -18,11 +18,10 @@ public:
     WaitingWork &operator=(const WaitingWork &) = delete;
 
     void add(Piece piece);
-    /// Does all that is left.
-    void finish();
 
-    /// Does the next piece, if there is one, and tells whether there was.
-    static bool doNext();
+    static bool isLeft();
+    /// Does the next piece, if there is one.
+    static void doNext();
 
 private:
     std::deque<Piece> m_pieces;
