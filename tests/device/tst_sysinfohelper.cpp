@@ -31,6 +31,20 @@ QTabWidget *tabsOf(const QWidget &dialog)
     return dialog.findChild<QTabWidget *>();
 }
 
+/// The calls since Device::clearCalls() without those that a called shell or tool made in turn.
+QList<QStringList> callsOfTheProgram()
+{
+    const QStringList programs{QStringLiteral("sh"), QStringLiteral("uname"), QStringLiteral("cat"),
+                               QStringLiteral("dpkg-query"), QStringLiteral("ovpkg")};
+    QList<QStringList> calls;
+    const QList<QStringList> allCalls = Device::calls();
+    for (const QStringList &call : allCalls) {
+        if (programs.contains(call.constFirst().section(QLatin1Char('/'), -1)))
+            calls.append(call);
+    }
+    return calls;
+}
+
 QColor colorBesideTheTabs(QWidget &dialog)
 {
     const QTabBar *bar = dialog.findChild<QTabBar *>();
@@ -49,6 +63,7 @@ private Q_SLOTS:
     void opensOnTheTab_data();
     void opensOnTheTab();
     void hasTheFourPagesInOrder();
+    void runsTheCommandsOfEachPageOnceInTheOrderOfTheTabs();
     void fillsTheWindowWithTheTabs();
     void wrapsEachPageInAScrollArea();
     void scrollsAPageTallerThanTheWindow();
@@ -102,6 +117,24 @@ void tst_SysInfoHelper::hasTheFourPagesInOrder()
     QCOMPARE(tabs->tabText(1), QStringLiteral("Network"));
     QCOMPARE(tabs->tabText(2), QStringLiteral("Net Tools"));
     QCOMPARE(tabs->tabText(3), QStringLiteral("Software Information"));
+}
+
+void tst_SysInfoHelper::runsTheCommandsOfEachPageOnceInTheOrderOfTheTabs()
+{
+    // What each of the pages runs is the matter of its own test.
+    Device::clearCalls();
+    {
+        const pageSystem general(nullptr);
+        const pageNetwork network(nullptr);
+        const pageNetTools netTools(nullptr);
+        const pageSoftware software(nullptr);
+    }
+    const QList<QStringList> ofThePages = callsOfTheProgram();
+    QVERIFY(ofThePages.size() > 20);
+
+    Device::clearCalls();
+    const SysInfoHelper dialog(1);
+    QCOMPARE(callsOfTheProgram(), ofThePages);
 }
 
 void tst_SysInfoHelper::fillsTheWindowWithTheTabs()
