@@ -7,7 +7,8 @@ class QProcess;
 
 /// Work of the user interface that is left for the time in which the GUI thread would only wait for a
 /// program. Its pieces are done in the order in which they were added, the last ones when the object goes. A
-/// piece runs no command: the commands keep their order. There is one such object at a time.
+/// piece runs no command, as the commands keep their order, and no event loop. There is one such object at a
+/// time.
 class WaitingWork {
 public:
     using Piece = std::function<void()>;

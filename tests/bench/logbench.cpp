@@ -2,8 +2,8 @@
 // how long a bare QTextEdit takes to show the same reads of the same tool. Both are shown and run by the
 // event loop, in turns; a row of the table of scripts/bench is printed. Ends with 1 when the page takes more
 // than 1.2 times as long or got its output in far fewer or more pieces.
-// logbench STEPTOOL --growth MEGABYTES...: for each size a line with the seconds of both and the memory with
-// the page's full log in KiB.
+// logbench STEPTOOL --growth MEGABYTES: a line with the size, the seconds of both and the memory of this
+// program with the page's full log in KiB.
 
 #include "app/asciitext.h"
 #include "tests/bench/median.h"
@@ -168,15 +168,13 @@ int compare(const QString &tool, int rounds)
     return ratio > 1.2 || difference > 2 || difference < 0.5 ? 1 : 0;
 }
 
-int grow(const QString &tool, const QStringList &megabytes)
+int grow(const QString &tool, const QString &megabytes)
 {
-    for (const QString &size : megabytes) {
-        const int lines = size.toInt() * linesOfMegabyte;
-        const Shown ours = showOnPage(tool, lines);
-        const Shown theirs = showInTextEdit(tool, lines);
-        std::printf("%s %.3f %.3f %lld\n", qPrintable(size), ours.seconds, theirs.seconds,
-                    static_cast<long long>(ours.memory));
-    }
+    const int lines = megabytes.toInt() * linesOfMegabyte;
+    const Shown ours = showOnPage(tool, lines);
+    const Shown theirs = showInTextEdit(tool, lines);
+    std::printf("%s %.3f %.3f %lld\n", qPrintable(megabytes), ours.seconds, theirs.seconds,
+                static_cast<long long>(ours.memory));
     return 0;
 }
 
@@ -190,6 +188,6 @@ int main(int argc, char **argv)
         qFatal("usage: see the head of logbench.cpp");
     const QString tool = QFileInfo(arguments.at(1)).absoluteFilePath();
     if (arguments.value(2) == QLatin1String("--growth"))
-        return grow(tool, arguments.mid(3));
+        return grow(tool, arguments.value(3));
     return compare(tool, arguments.size() > 2 ? arguments.at(2).toInt() : 5);
 }

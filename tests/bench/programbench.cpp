@@ -1,13 +1,18 @@
 // Measures programs from outside, as an X client of the server of $DISPLAY, and prints rows of the table of
 // scripts/bench:
-//   programbench start NAME BAR SYSINFO    from its start to its first painted window, beside a bare dialog
-//   with
-//                                          four empty tabs and a C program that does the same work
-//   programbench memory SYSINFO            its memory after the start, beside that dialog
-//   programbench idle SYSINFO              its processor time in a minute, beside that of the work of its
-//   ticks programbench window NAME COMMAND...    the first painted window of any other program
+//   programbench start NAME BAR COMMANDS SYSINFO
+//       from its start to its first painted window, beside a bare dialog with four empty tabs and a C program
+//       that does the same work. COMMANDS is how many shell commands and programs it has to run, as "19+4",
+//       or "any".
+//   programbench memory SYSINFO
+//       its memory after the start, beside that dialog
+//   programbench idle MINUTES SYSINFO
+//       its processor time in a minute, beside that of the work of its ticks
+//   programbench window NAME COMMAND...
+//       the first painted window of any other program
 
 #include "tests/bench/median.h"
+#include "tests/bench/processortime.h"
 #include "tests/bench/shownprogram.h"
 
 #include <QElapsedTimer>
@@ -15,6 +20,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <cstdio>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -118,10 +124,7 @@ private:
     {
         rusage usage = {};
         getrusage(RUSAGE_CHILDREN, &usage);
-        const auto milliseconds = [](const timeval &time) {
-            return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
-        };
-        return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
+        return ::processorMilliseconds(usage);
     }
 
     QTemporaryDir m_folder;
@@ -134,28 +137,35 @@ QStringList bareDialog(QSize size)
 }
 
 /// By turns, so that whatever else the machine does weighs on all.
-void measureStart(const QString &name, const QString &bar, const QString &program)
+void measureStart(const QString &name, const QString &bar, const QString &commands, const QString &program)
 {
     const Work work = recordWork(program, false);
+    const QString run = QStringLiteral("%1+%2").arg(work.shellCommands()).arg(work.programs());
+    if (commands != QLatin1String("any") && commands != run)
+        qFatal("%s commands were run, not %s", qPrintable(run), qPrintable(commands));
     const PlainProgram plain(work);
     std::vector<double> ours;
     std::vector<double> dialogs;
     std::vector<double> works;
-    for (int run = 0; run < runs; ++run) {
+    std::vector<double> ratios;
+    for (int round = 0; round < runs; ++round) {
         ours.push_back(ShownProgram({program}).milliseconds());
         dialogs.push_back(ShownProgram(bareDialog(work.window)).milliseconds());
         works.push_back(plain.milliseconds());
+        ratios.push_back(ours.back() / (dialogs.back() + works.back()));
     }
-    const double baseline = median(dialogs) + median(works);
+    const auto [low, high] = quartiles(ratios);
     std::printf(
         "| Start to first painted window, %s | %.0f ms | %.0f ms: dialog %.0f ms, %d shell commands and "
-        "%d programs %.0f ms | %.2f | %s |\n",
-        qPrintable(name), median(ours), baseline, median(dialogs), int(work.shellCommands()),
-        int(work.programs()), median(works), median(ours) / baseline, qPrintable(bar));
+        "%d programs %.0f ms | %.2f (%.2f to %.2f) | %s |\n",
+        qPrintable(name), median(ours), median(dialogs) + median(works), median(dialogs),
+        int(work.shellCommands()), int(work.programs()), median(works), median(ratios), low, high,
+        qPrintable(bar));
 }
 
 void measureMemory(const QString &program)
 {
+    const QSize window = ShownProgram({program}).windowSize();
     std::vector<double> ours;
     std::vector<double> dialogs;
     for (int run = 0; run < runs; ++run) {
@@ -165,27 +175,45 @@ void measureMemory(const QString &program)
             return static_cast<double>(shown.proportionalSetSize()) / 1024;
         };
         ours.push_back(mebibytes({program}));
-        dialogs.push_back(mebibytes(bareDialog({700, 600})));
+        dialogs.push_back(mebibytes(bareDialog(window)));
     }
     std::printf("| Memory (Pss) after the start | %.1f MiB | %.1f MiB: dialog | +%.1f MiB | +6 MiB |\n",
                 median(ours), median(dialogs), median(ours) - median(dialogs));
 }
 
-void measureIdle(const QString &program)
+/// What the program has taken so many seconds after its window was painted, from its start on.
+double processorMillisecondsAfter(const QString &program, double seconds)
+{
+    ShownProgram shown({program});
+    pause(seconds);
+    return shown.endWithProcessorMilliseconds();
+}
+
+void measureIdle(const QString &program, int minutes)
 {
     constexpr int ticks = 20;
     const Work work = recordWork(program, true);
-    const ShownProgram shown({program});
-    // Every tick is followed by a round of the plain program a second and a half later: neither finds the
-    // processor's caches as it left them.
-    pause(1.5);
-    const double before = shown.processorMilliseconds();
-    const double baseline = PlainProgram(work).processorMilliseconds(ticks, 3);
-    const double ours = shown.processorMilliseconds() - before;
+    std::vector<double> starts;
+    for (int run = 0; run < runs; ++run)
+        starts.push_back(processorMillisecondsAfter(program, 1.5));
+    std::vector<double> ours;
+    std::vector<double> baselines;
+    std::vector<double> ratios;
+    for (int minute = 0; minute < minutes; ++minute) {
+        ShownProgram shown({program});
+        // Every tick is followed by a round of the plain program a second and a half later: neither finds
+        // the processor's caches as it left them.
+        pause(1.5);
+        baselines.push_back(PlainProgram(work).processorMilliseconds(ticks, 3));
+        ours.push_back(shown.endWithProcessorMilliseconds() - median(starts));
+        ratios.push_back(ours.back() / baselines.back());
+    }
+    const auto [least, most] = std::minmax_element(ratios.begin(), ratios.end());
     std::printf(
         "| Processor time in 60 s idle, %d ticks of each page | %.0f ms | %.0f ms: %d commands each tick | "
-        "%.2f | 1.10 |\n",
-        ticks, ours, baseline, int(work.shellCommands() + work.programs()), ours / baseline);
+        "%.2f (%.2f to %.2f in %d minutes) | 1.10 |\n",
+        ticks, median(ours), median(baselines), int(work.shellCommands() + work.programs()), median(ratios),
+        *least, *most, minutes);
 }
 
 void measureWindow(const QString &name, const QStringList &command)
@@ -204,12 +232,12 @@ int main(int argc, char **argv)
     for (int i = 1; i < argc; ++i)
         arguments.append(QString::fromLocal8Bit(argv[i]));
     const QString mode = arguments.value(0);
-    if (mode == QLatin1String("start") && argc == 5)
-        measureStart(arguments.at(1), arguments.at(2), arguments.at(3));
+    if (mode == QLatin1String("start") && argc == 6)
+        measureStart(arguments.at(1), arguments.at(2), arguments.at(3), arguments.at(4));
     else if (mode == QLatin1String("memory") && argc == 3)
         measureMemory(arguments.at(1));
-    else if (mode == QLatin1String("idle") && argc == 3)
-        measureIdle(arguments.at(1));
+    else if (mode == QLatin1String("idle") && argc == 4)
+        measureIdle(arguments.at(2), arguments.at(1).toInt());
     else if (mode == QLatin1String("window") && argc > 3)
         measureWindow(arguments.at(1), arguments.mid(2));
     else

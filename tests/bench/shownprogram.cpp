@@ -1,5 +1,7 @@
 #include "tests/bench/shownprogram.h"
 
+#include "tests/bench/processortime.h"
+
 #include <QByteArray>
 #include <QElapsedTimer>
 #include <QFile>
@@ -13,6 +15,7 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 #include <xcb/damage.h>
 #include <xcb/xcb.h>
@@ -83,6 +86,8 @@ ShownProgram::ShownProgram(const QStringList &command, const QStringList &enviro
 
 ShownProgram::~ShownProgram()
 {
+    if (m_process == -1)
+        return;
     kill(m_process, SIGKILL);
     waitpid(m_process, nullptr, 0);
 }
@@ -99,6 +104,8 @@ void ShownProgram::waitForPainting(xcb_connection_t *connection)
         if (!event) {
             pollfd server = {xcb_get_file_descriptor(connection), POLLIN, 0};
             poll(&server, 1, 100);
+            if (waitpid(m_process, nullptr, WNOHANG) == m_process)
+                qFatal("the program ended before its window was painted; perhaps another copy of it runs");
             continue;
         }
         const int type = event->response_type & 0x7f;
@@ -139,16 +146,10 @@ qint64 ShownProgram::proportionalSetSize() const
     return 0;
 }
 
-double ShownProgram::processorMilliseconds() const
+double ShownProgram::endWithProcessorMilliseconds()
 {
-    QFile file(QStringLiteral("/proc/%1/stat").arg(m_process));
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("the processor time of the program can't be read");
-    // Behind the name in brackets; utime, stime, cutime and cstime are the fields 14 to 17 of the whole.
-    const QByteArray line = file.readAll();
-    const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
-    double ticks = 0;
-    for (int field = 11; field <= 14; ++field)
-        ticks += fields.at(field).toDouble();
-    return ticks * 1000 / static_cast<double>(sysconf(_SC_CLK_TCK));
+    rusage usage = {};
+    kill(m_process, SIGKILL);
+    wait4(std::exchange(m_process, -1), nullptr, 0, &usage);
+    return processorMilliseconds(usage);
 }

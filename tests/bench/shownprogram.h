@@ -9,7 +9,7 @@
 struct xcb_connection_t;
 
 /// A program on the X server of $DISPLAY, from its start until this object goes; then it is killed. No other
-/// program may open windows meanwhile.
+/// program may open windows meanwhile, and no copy may run of a program that ends when there is one.
 class ShownProgram {
 public:
     /// Starts the program and waits until its first top-level window is painted all over, as another X client
@@ -26,8 +26,9 @@ public:
     /// The memory that is the program's own plus its share of what it shares, in KiB.
     qint64 proportionalSetSize() const;
 
-    /// The processor time of the program and of its children that ended, user and system.
-    double processorMilliseconds() const;
+    /// Kills the program. Returns the processor time that it and its children that had ended took, user and
+    /// system.
+    double endWithProcessorMilliseconds();
 
 private:
     void waitForPainting(xcb_connection_t *connection);

@@ -1,6 +1,6 @@
-// tickbench: how long a tick of each page holds the event loop, without and with the arranging and painting
-// that follow, beside a C program that does the same work. To be run on a device (tests/device/on-device)
-// with workrecorder preloaded and a file for it named by BENCH_WORK. Prints rows of the table of
+// tickbench DEVICE: how long a tick of each page holds the event loop, without and with the arranging and
+// painting that follow, beside a C program that does the same work. To be run with workrecorder preloaded and
+// a file for it named by BENCH_WORK; DEVICE is what the rows call the machine. Prints rows of the table of
 // scripts/bench. tickbench --growth PACKAGES...: for each number of packages a line with the milliseconds of
 // a tick of the "Software Information" page, those of the C program, and the page's memory in KiB.
 
@@ -120,13 +120,18 @@ Result measure(QWidget &page)
     return {median(ticks), median(painted), median(plain), int(work.count("shell\t") + work.count("run\t"))};
 }
 
+QString shownTime(double milliseconds)
+{
+    return milliseconds < 0.1 ? QStringLiteral("%1 \u00b5s").arg(milliseconds * 1000, 0, 'f', 0)
+                              : QStringLiteral("%1 ms").arg(milliseconds, 0, 'f', 2);
+}
+
 void printRow(const QString &name, const Result &result)
 {
-    std::printf(
-        "| Tick, %s | %.2f ms, arranged and painted %.2f ms | %.2f ms: %d commands | %.2f, painted %.2f "
-        "| 1.10 |\n",
-        qPrintable(name), result.tick, result.painted, result.plain, result.commands,
-        result.tick / result.plain, result.painted / result.plain);
+    std::printf("| Tick, %s | %s, arranged and painted %s | %s: %d commands | %.2f, painted %.2f | 1.10 |\n",
+                qPrintable(name), qUtf8Printable(shownTime(result.tick)),
+                qUtf8Printable(shownTime(result.painted)), qUtf8Printable(shownTime(result.plain)),
+                result.commands, result.tick / result.plain, result.painted / result.plain);
 }
 
 qint64 residentKibibytes()
@@ -148,15 +153,17 @@ int main(int argc, char **argv)
                     static_cast<long long>(residentKibibytes()));
         return 0;
     }
+    const QString device = QCoreApplication::arguments().value(1);
     {
         pageSystem page(nullptr);
-        printRow(QStringLiteral("General"), measure(page));
+        printRow(QStringLiteral("General, %1").arg(device), measure(page));
     }
     {
         pageNetwork page(nullptr);
-        printRow(QStringLiteral("Network"), measure(page));
+        printRow(QStringLiteral("Network, %1").arg(device), measure(page));
     }
     pageSoftware page(nullptr);
-    printRow(QStringLiteral("Software Information, %1 packages").arg(modelOf(page, mainTitle)->rowCount()),
+    const int packages = modelOf(page, mainTitle)->rowCount();
+    printRow(QStringLiteral("Software Information, %1, %2 packages").arg(device).arg(packages),
              measure(page));
 }

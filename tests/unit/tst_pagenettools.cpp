@@ -73,6 +73,9 @@ QList<QLabel *> shownLabels(const QWidget &widget)
     return labels;
 }
 
+/// A tool that prints its name and its arguments, each in brackets.
+const QByteArray printingItsArguments = "printf '[%s]' \"${0##*/}\" \"$@\"\n";
+
 } // namespace
 
 class tst_PageNetTools : public QObject {
@@ -112,9 +115,13 @@ private Q_SLOTS:
 
     void checkBoxAloneDecides_data();
     void checkBoxAloneDecides();
+    void passesSeveralSettingsInTheToolsOrder_data();
+    void passesSeveralSettingsInTheToolsOrder();
     void keepsWhatWasSetBetweenRuns();
 
 private:
+    QString printedByTheTool();
+
     std::unique_ptr<QWidget> m_page;
     std::unique_ptr<NetToolsUser> m_user;
 };
@@ -485,6 +492,8 @@ void tst_PageNetTools::ports_data()
                              << "65535";
     QTest::newRow("too large") << "65536"
                                << "6553";
+    QTest::newRow("too small") << "0"
+                               << "0";
     QTest::newRow("nothing") << ""
                              << "";
     QTest::newRow("letters") << "5x3"
@@ -583,30 +592,72 @@ void tst_PageNetTools::checkBoxAloneDecides()
         : tool == QLatin1String("DNS Lookup")           ? "host"
                                                         : "traceroute";
     SearchPath path;
-    path.install(program, "printf '[%s]' \"${0##*/}\" \"$@\"\n");
-    const auto run = [&] {
-        m_user->click("Clear Log");
-        m_user->pressProcessButton();
-        if (!m_user->waitUntilFinished())
-            return text("not finished");
-        // Between the notices.
-        return m_user->logText().section(QLatin1String("\n\n"), 1).section(QLatin1Char('>'), 0, 0);
-    };
+    path.install(program, printingItsArguments);
 
     m_user->click(tool.toLatin1().constData());
     m_user->type(tool == QLatin1String("DNS Lookup") ? "Hostname:" : "Target Host:", text("gw"));
     const QString without = QStringLiteral("[%1][gw]").arg(text(program));
-    QCOMPARE(run(), without);
+    QCOMPARE(printedByTheTool(), without);
 
     m_user->checkBox(setting)->click();
     if (!atFirst.isEmpty())
-        QCOMPARE(run(), atFirst);
+        QCOMPARE(printedByTheTool(), atFirst);
     if (changed.isEmpty())
         return;
     m_user->type(setting, value);
-    QCOMPARE(run(), changed);
+    QCOMPARE(printedByTheTool(), changed);
     m_user->checkBox(setting)->click();
-    QCOMPARE(run(), without);
+    QCOMPARE(printedByTheTool(), without);
+}
+
+QString tst_PageNetTools::printedByTheTool()
+{
+    m_user->click("Clear Log");
+    m_user->pressProcessButton();
+    if (!m_user->waitUntilFinished())
+        return text("not finished");
+    // Between the notices.
+    return m_user->logText().section(QLatin1String("\n\n"), 1).section(QLatin1Char('>'), 0, 0);
+}
+
+void tst_PageNetTools::passesSeveralSettingsInTheToolsOrder_data()
+{
+    QTest::addColumn<QByteArray>("tool");
+    QTest::addColumn<QByteArrayList>("boxes");
+    QTest::addColumn<QString>("call");
+
+    QTest::newRow("all of ping") << QByteArray("Ping")
+                                 << QByteArrayList{"Time-to-live",
+                                                   "Packet data size",
+                                                   "Interval ( sec )",
+                                                   "Number of pings",
+                                                   "Adaptive ping",
+                                                   "Verbose output",
+                                                   "Display address numerically",
+                                                   "Display user-to-user latency"}
+                                 << "[ping][-U][-n][-v][-A][-c][10][-i][1][-s][56][-t][30][gw]";
+    QTest::newRow("all of traceroute")
+        << QByteArray("Trace Route")
+        << QByteArrayList{"Datagram size", "UDP port", "Response wait time ( sec )",   "Set source IP",
+                          "Queries/hop",   "Max hops", "Display addresses numerically"}
+        << "[traceroute][-n][-m][30][-q][3][-s][0.0.0.0][-w][3][-p][33434][gw][40]";
+    QTest::newRow("datagram size and hops")
+        << QByteArray("Trace Route") << QByteArrayList{"Datagram size", "Max hops"}
+        << "[traceroute][-m][30][gw][40]";
+}
+
+void tst_PageNetTools::passesSeveralSettingsInTheToolsOrder()
+{
+    QFETCH(QByteArray, tool);
+    QFETCH(QByteArrayList, boxes);
+    SearchPath path;
+    path.install("ping", printingItsArguments);
+    path.install("traceroute", printingItsArguments);
+    m_user->click(tool.constData());
+    m_user->type("Target Host:", text("gw"));
+    for (const QByteArray &box : boxes)
+        m_user->checkBox(box.constData())->click();
+    QTEST(printedByTheTool(), "call");
 }
 
 void tst_PageNetTools::keepsWhatWasSetBetweenRuns()

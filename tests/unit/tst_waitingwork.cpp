@@ -26,7 +26,9 @@ private Q_SLOTS:
     void waitsForTheProcessAfterTheLastPiece();
     void keepsTheLimitOfTheWait();
     void countsThePiecesAsPartOfTheWait();
+    void tellsThatAProcessWasNotStarted_data();
     void tellsThatAProcessWasNotStarted();
+    void noticesAnEndDuringAPiece();
     void waitsWithoutALimit();
 };
 
@@ -137,12 +139,33 @@ void tst_WaitingWork::countsThePiecesAsPartOfTheWait()
     process.waitForFinished();
 }
 
+void tst_WaitingWork::tellsThatAProcessWasNotStarted_data()
+{
+    QTest::addColumn<int>("pieces");
+    QTest::newRow("nothing to do") << 0;
+    QTest::newRow("waiting work") << 20;
+}
+
 void tst_WaitingWork::tellsThatAProcessWasNotStarted()
 {
+    QFETCH(int, pieces);
+    WaitingWork work;
+    for (int piece = 0; piece < pieces; ++piece)
+        work.add([] { QTest::qSleep(20); });
     QProcess process;
     process.start(QStringLiteral("/no/such/program"), QStringList());
     QVERIFY(!waitForFinished(process, 30000));
     QCOMPARE(process.error(), QProcess::FailedToStart);
+}
+
+void tst_WaitingWork::noticesAnEndDuringAPiece()
+{
+    QProcess process;
+    WaitingWork work;
+    work.add([] { QTest::qSleep(500); });
+    start(process, QStringLiteral("sleep 0.1; echo output"));
+    QVERIFY(waitForFinished(process, 200));
+    QCOMPARE(process.readAllStandardOutput(), QByteArray("output\n"));
 }
 
 void tst_WaitingWork::waitsWithoutALimit()
