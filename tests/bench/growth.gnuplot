@@ -22,11 +22,13 @@ plot packages using 1:2 with points pt 7 title "sysinfo", line(x) title "straigh
      packages using 1:3 with linespoints pt 6 title "the three commands"
 
 set ylabel "MiB"
+set key right bottom
 set title "Memory of a program with that tab alone"
 fit line(x) packages using 1:($4/1024) via fixed, slope
 print sprintf("memory: %.1f MiB + %.2f MiB for every 1,000 packages", fixed, slope * 1000)
 plot packages using 1:($4/1024) with points pt 7 title "sysinfo", line(x) title "straight line"
 
+set key left top
 set xlabel "MB of log"
 set ylabel "s"
 set title "Output of a tool, to shown"
@@ -36,6 +38,7 @@ plot log using 1:2 with points pt 7 title "sysinfo", line(x) title "straight lin
      log using 1:3 with linespoints pt 6 title "bare QTextEdit"
 
 set ylabel "MiB"
+set key right bottom
 set title "Memory of a program with the Net Tools tab alone"
 fit line(x) log using 1:($4/1024) via fixed, slope
 print sprintf("memory: %.0f MiB + %.1f MiB for every MB of log", fixed, slope)
