@@ -7,7 +7,7 @@
 namespace {
 
 /// A cell that shows its text as it is. It shares the text with the rows, while an ordinary item would copy
-/// it into a table of roles, which is most of the work of filling a long list. It can't be edited or cloned.
+/// it into a table of roles, which is most of the work of filling a long list. It can't be cloned.
 class TextItem : public QStandardItem {
 public:
     explicit TextItem(const QString &text)
@@ -15,12 +15,21 @@ public:
     {
     }
 
-    QVariant data(int role) const override
+    QVariant data(int role) const override { return isText(role) ? shownText : QStandardItem::data(role); }
+
+    void setData(const QVariant &value, int role) override
     {
-        return role == Qt::DisplayRole || role == Qt::EditRole ? shownText : QStandardItem::data(role);
+        if (!isText(role)) {
+            QStandardItem::setData(value, role);
+            return;
+        }
+        shownText = value.toString();
+        emitDataChanged();
     }
 
 private:
+    static bool isText(int role) { return role == Qt::DisplayRole || role == Qt::EditRole; }
+
     QString shownText;
 };
 

@@ -51,6 +51,14 @@ void addGroup(QVBoxLayout *layout, QGroupBox *group, int stretch)
     layout->setStretchFactor(group, stretch);
 }
 
+/// What /proc/cpuinfo says, with the given text for what it does not say; sizes are empty then.
+CpuInfo currentCpuInfo(const QString &unknown)
+{
+    const CpuInfo info{unknown, unknown, unknown, unknown, {}, {}};
+    QFile cpuinfo(QStringLiteral("/proc/cpuinfo"));
+    return cpuinfo.open(QIODevice::ReadOnly) ? readCpuInfo(cpuinfo, info) : info;
+}
+
 /// The suffix is the same in every language, so it is no part of the translated texts.
 QString withMegabytes(const QString &figure)
 {
@@ -62,10 +70,12 @@ QString withMegabytes(const QString &figure)
 pageSystem::pageSystem(QWidget *parent)
     : QWidget(parent)
 {
+    // Before any command runs: it says how fast the processor is at the moment.
+    const CpuInfo cpu = currentCpuInfo(tr("Unknown"));
     // The first command works while the widgets are made.
     const CommandAhead platform(platformCommand());
     createLayout();
-    gatherSystemInfo();
+    gatherSystemInfo(cpu);
     refreshMemory();
     refreshTimerId = startTimer(3000);
 }
@@ -162,22 +172,17 @@ QGroupBox *pageSystem::createBiosAndOsGroup()
     return group;
 }
 
-void pageSystem::gatherSystemInfo()
+void pageSystem::gatherSystemInfo(const CpuInfo &cpu)
 {
-    gatherProcessor();
+    gatherProcessor(cpu);
     memoryInstalledValue->setText(withMegabytes(readTotalMemory().trimmed()));
     gatherFlash();
     gatherBiosAndOs();
 }
 
-void pageSystem::gatherProcessor()
+void pageSystem::gatherProcessor(CpuInfo info)
 {
     const QString unknown = tr("Unknown");
-    CpuInfo info{unknown, unknown, unknown, unknown, {}, {}};
-    QFile cpuinfo(QStringLiteral("/proc/cpuinfo"));
-    if (cpuinfo.open(QIODevice::ReadOnly))
-        info = readCpuInfo(cpuinfo, info);
-
     const QString platform = readPlatform();
     // The one fallback that is the same in every language.
     platformValue->setText(platform.isEmpty() ? QStringLiteral("Unknown") : platform);

@@ -4,6 +4,7 @@
 
 class QGroupBox;
 class QLabel;
+struct CpuInfo;
 
 /// The "General" tab: what the device is. Everything is gathered while the page is built; afterwards only
 /// the free and used memory are read again, every three seconds.
@@ -31,8 +32,8 @@ private:
     QGroupBox *createFlashAndMemoryGroup();
     QGroupBox *createBiosAndOsGroup();
 
-    void gatherSystemInfo();
-    void gatherProcessor();
+    void gatherSystemInfo(const CpuInfo &cpu);
+    void gatherProcessor(CpuInfo info);
     void gatherFlash();
     void gatherBiosAndOs();
     void refreshMemory();

@@ -16,6 +16,7 @@ private Q_SLOTS:
     void cpuSpeedTwiceWithItsUnitAfterDmi();
     void cpuSpeedUnknownWithoutDmi();
     void cpuSpeedOfTheKernelNeedsNoDmi();
+    void cpuSpeedOfBeforeThePlatformTool();
     void cpuCacheNeedsBothSizes();
     void cpuCacheOfTheKernelWins();
     void platformUnknown_data();
@@ -64,6 +65,17 @@ void tst_SystemGroup::cpuSpeedOfTheKernelNeedsNoDmi()
     Device::clearCalls();
     QCOMPARE(shownByNewPage("CPU Speed:"), QStringLiteral("1596.000 MHz"));
     QVERIFY(Device::shellCommands().filter(QStringLiteral("Max Speed")).isEmpty());
+}
+
+void tst_SystemGroup::cpuSpeedOfBeforeThePlatformTool()
+{
+    Device::write(cpuinfo, "cpu MHz: 800.000\n");
+    // As the work of the tool may raise the processor's clock.
+    Device::installTool(QStringLiteral("/usr/bin/vexa-hwsw-id"),
+                        "echo 'cpu MHz: 1600.000' >/proc/cpuinfo; echo platform");
+    const pageSystem page(nullptr);
+    QCOMPARE(shownValue(&page, "Platform:"), QStringLiteral("platform"));
+    QCOMPARE(shownValue(&page, "CPU Speed:"), QStringLiteral("800.000 MHz"));
 }
 
 void tst_SystemGroup::cpuCacheNeedsBothSizes()

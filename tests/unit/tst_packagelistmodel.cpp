@@ -48,6 +48,7 @@ private Q_SLOTS:
     void reportsColumns();
     void keepsPersistentIndexes();
     void itemsKnowTheirTextAndPlace();
+    void itemsTakeANewText();
 };
 
 void tst_PackageListModel::fillsAnEmptyModel_data()
@@ -151,6 +152,20 @@ void tst_PackageListModel::itemsKnowTheirTextAndPlace()
     QVERIFY(!item->data(Qt::ToolTipRole).isValid());
     QCOMPARE(item->model(), &model);
     QCOMPARE(item->index(), model.index(1, 1));
+}
+
+void tst_PackageListModel::itemsTakeANewText()
+{
+    PackageListModel model(twoHeaders(), nullptr);
+    model.appendRows(PackageListModel::createRows(rowsOf("a|1/b|2")));
+    const QSignalSpy changed(&model, &PackageListModel::dataChanged);
+    QVERIFY(model.setData(model.index(1, 1), QStringLiteral("3")));
+    QCOMPARE(changed.size(), 1);
+    QCOMPARE(changed.constFirst().constFirst().toModelIndex(), model.index(1, 1));
+    QCOMPARE(model.index(1, 1).data().toString(), QStringLiteral("3"));
+    QVERIFY(model.setData(model.index(1, 1), QStringLiteral("tip"), Qt::ToolTipRole));
+    QCOMPARE(model.index(1, 1).data(Qt::ToolTipRole).toString(), QStringLiteral("tip"));
+    QCOMPARE(model.index(1, 1).data().toString(), QStringLiteral("3"));
 }
 
 QTEST_GUILESS_MAIN(tst_PackageListModel)
