@@ -2,6 +2,8 @@
 
 #include "app/asciitext.h"
 
+#include <utility>
+
 namespace {
 
 QStringList linesOf(const QByteArray &bytes)
@@ -23,12 +25,18 @@ QStringList packageQueryArguments(const QByteArray &packageNames)
 
 QList<QStringList> packageRows(const QByteArray &queryOutput)
 {
+    const QString text = asciiText(queryOutput) + QLatin1Char('\n');
     QList<QStringList> rows;
-    const QStringList lines = linesOf(queryOutput);
-    for (const QString &line : lines) {
-        const QString fields = line.simplified();
-        if (!fields.isEmpty())
-            rows.append(fields.split(QLatin1Char(' ')));
+    QStringList row;
+    auto fieldStart = text.cbegin();
+    for (auto character = text.cbegin(); character != text.cend(); ++character) {
+        if (!character->isSpace())
+            continue;
+        if (character > fieldStart)
+            row.append(QString(fieldStart, static_cast<int>(character - fieldStart)));
+        fieldStart = character + 1;
+        if (*character == QLatin1Char('\n') && !row.isEmpty())
+            rows.append(std::exchange(row, {}));
     }
     return rows;
 }

@@ -32,7 +32,7 @@ QString packageQueryProgram()
 
 void addGroup(QLayout *layout, const QString &title, QTreeView *view)
 {
-    auto *group = new QGroupBox(title);
+    auto *group = new QGroupBox(title, layout->parentWidget());
     view->setAccessibleName(title);
     auto *groupLayout = new QHBoxLayout(group);
     groupLayout->addWidget(view);

@@ -108,6 +108,7 @@ private Q_SLOTS:
     void listsNameServers_data();
     void listsNameServers();
     void listsNameServersOnce();
+    void letsAnIpv6NameServerBeEdited();
     void usesTheNameServerOfTheList_data();
     void usesTheNameServerOfTheList();
 
@@ -265,6 +266,19 @@ void tst_NetTools::listsNameServersOnce()
         user.click(tool);
     QCOMPARE(user.comboBox("Use this nameserver:")->currentText(), text("192.0.2.1"));
     QCOMPARE(Device::shellCommands().size(), 1);
+}
+
+void tst_NetTools::letsAnIpv6NameServerBeEdited()
+{
+    // Its letters can't be typed. An input that begins with a valid text would undo each edit that leaves it
+    // invalid; this one begins with an invalid text.
+    Device::write(text("/etc/resolv.conf"), "nameserver fe80::1\n");
+    pageNetTools page(nullptr);
+    const NetToolsUser user(page);
+    user.click("DNS Lookup");
+    const QComboBox *box = user.comboBox("Use this nameserver:");
+    QTest::keyClick(box->lineEdit(), Qt::Key_Backspace);
+    QCOMPARE(box->currentText(), text("fe80::"));
 }
 
 void tst_NetTools::usesTheNameServerOfTheList_data()
