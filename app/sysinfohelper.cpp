@@ -7,6 +7,8 @@
 #include "pages/software/pagesoftware.h"
 #include "pages/system/pagesystem.h"
 
+#include <QApplication>
+#include <QEvent>
 #include <QFile>
 #include <QIcon>
 #include <QScrollArea>
@@ -22,6 +24,17 @@ namespace {
 class PageArea : public QScrollArea {
 public:
     QSize sizeHint() const override { return widget() ? widget()->sizeHint() : QScrollArea::sizeHint(); }
+};
+
+/// Keeps from all widgets, as long as it exists, that their style changed.
+class StyleChangeStop : public QObject {
+public:
+    StyleChangeStop() { qApp->installEventFilter(this); }
+
+    bool eventFilter(QObject * /*widget*/, QEvent *event) override
+    {
+        return event->type() == QEvent::StyleChange;
+    }
 };
 
 /// Null without the file: an icon that is named but not there has Qt load every image format to look for it.
@@ -84,7 +97,12 @@ void SysInfoHelper::addPage(QWidget *page, const QString &label)
     // gets to the area first nevertheless.
     m_tabs->addTab(area, label);
     page->setObjectName(QStringLiteral("tabContent"));
-    area->setWidget(page);
+    {
+        // A new parent may have another style, so each of the page's widgets is told to compute anew what
+        // depends on it. Here all have the application's.
+        const StyleChangeStop stop;
+        area->setWidget(page);
+    }
     setTabOrder(m_tabs->tabBar(), area);
 }
 

@@ -10,6 +10,8 @@
 #include "tests/shownvalues.h"
 
 #include <QApplication>
+#include <QEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMetaProperty>
 #include <QScrollArea>
@@ -51,6 +53,28 @@ QColor colorBesideTheTabs(QWidget &dialog)
     return dialog.grab().toImage().pixelColor(dialog.width() - 5, bar->height() / 2);
 }
 
+/// Counts the events of a type that an object gets.
+class EventCounter : public QObject {
+public:
+    EventCounter(QObject *watched, QEvent::Type type)
+        : m_type(type)
+    {
+        watched->installEventFilter(this);
+    }
+
+    int count() const { return m_count; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        m_count += event->type() == m_type ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QEvent::Type m_type;
+    int m_count = 0;
+};
+
 } // namespace
 
 class tst_SysInfoHelper : public QObject {
@@ -75,6 +99,7 @@ private Q_SLOTS:
     void showsAdministratorsInRed();
     void paintsPagesInTheStyleSheetsColours();
     void lowersTheTabsThatAreNotSelected();
+    void tellsItsWidgetsOfAnotherStyle();
     void translatesInTheGeneralContext();
     void refreshesMemoryBehindAnotherTab();
     void survivesTheDescriptorLimit();
@@ -286,6 +311,16 @@ void tst_SysInfoHelper::lowersTheTabsThatAreNotSelected()
     QCOMPARE(picture.pixelColor(other, 0), background);
     QCOMPARE(picture.pixelColor(other, 1), background);
     QVERIFY(picture.pixelColor(other, 2) != background);
+}
+
+void tst_SysInfoHelper::tellsItsWidgetsOfAnotherStyle()
+{
+    SysInfoHelper dialog(1);
+    auto *label = dialog.findChild<QLabel *>(QStringLiteral("valueBox"));
+    QVERIFY(label);
+    const EventCounter styleChanges(label, QEvent::StyleChange);
+    dialog.setStyleSheet(QStringLiteral("QLabel { padding: 1px; }"));
+    QVERIFY(styleChanges.count() > 0);
 }
 
 void tst_SysInfoHelper::translatesInTheGeneralContext()
