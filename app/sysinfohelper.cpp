@@ -37,6 +37,12 @@ public:
     }
 };
 
+/// Qt keeps what it loads for the first question about a font.
+void load(const QFont &font)
+{
+    QFontMetrics(font).boundingRect(QLatin1Char('A'));
+}
+
 /// Null without the file: an icon that is named but not there has Qt load every image format to look for it.
 QIcon windowIconFile()
 {
@@ -49,7 +55,6 @@ QIcon windowIconFile()
 SysInfoHelper::SysInfoHelper(int page)
     : m_tabs(new QTabWidget(this))
 {
-    setWindowIcon(windowIconFile());
     setWindowTitle(QObject::tr("About this thin client"));
 
     auto *layout = new QVBoxLayout(this);
@@ -73,12 +78,15 @@ bool SysInfoHelper::isAdmin() const
 
 void SysInfoHelper::createPages()
 {
-    // A page that is complete is put into its place while the next one waits for its commands.
+    // While a page waits for its commands, the fonts are loaded, and the page before it is put into its
+    // place.
     WaitingWork work;
     const auto addWhileWaiting = [&](QWidget *page, const QString &label) {
         work.add([this, page, label] { addPage(page, label); });
     };
-    work.add(pageNetTools::loadLogFont);
+    for (const QFont &font : {QApplication::font(), pageNetTools::logFont(), pageNetwork::captionFont()})
+        work.add([font] { load(font); });
+    work.add([this] { setWindowIcon(windowIconFile()); });
     addWhileWaiting(new pageSystem(this), QObject::tr("General"));
     addWhileWaiting(new pageNetwork(this), QObject::tr("Network"));
     addWhileWaiting(new pageNetTools(this), QObject::tr("Net Tools"));

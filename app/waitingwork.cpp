@@ -6,6 +6,17 @@
 #include <utility>
 
 WaitingWork *WaitingWork::s_work = nullptr;
+bool WaitingWork::s_isPaused = false;
+
+WaitingWork::Pause::Pause()
+{
+    s_isPaused = true;
+}
+
+WaitingWork::Pause::~Pause()
+{
+    s_isPaused = false;
+}
 
 WaitingWork::WaitingWork()
 {
@@ -15,6 +26,7 @@ WaitingWork::WaitingWork()
 
 WaitingWork::~WaitingWork()
 {
+    Q_ASSERT(!s_isPaused);
     while (isLeft())
         doNext();
     s_work = nullptr;
@@ -25,9 +37,17 @@ void WaitingWork::add(Piece piece)
     m_pieces.push_back(std::move(piece));
 }
 
+void WaitingWork::addOrDo(Piece piece)
+{
+    if (s_work)
+        s_work->add(std::move(piece));
+    else
+        piece();
+}
+
 bool WaitingWork::isLeft()
 {
-    return s_work && !s_work->m_pieces.empty();
+    return s_work && !s_isPaused && !s_work->m_pieces.empty();
 }
 
 void WaitingWork::doNext()

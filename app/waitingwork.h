@@ -13,20 +13,35 @@ class WaitingWork {
 public:
     using Piece = std::function<void()>;
 
+    /// Leaves all pieces for later as long as it exists: for commands that end sooner than any piece would.
+    class Pause {
+    public:
+        Pause();
+        ~Pause();
+        Pause(const Pause &) = delete;
+        Pause &operator=(const Pause &) = delete;
+    };
+
     WaitingWork();
     ~WaitingWork();
     WaitingWork(const WaitingWork &) = delete;
     WaitingWork &operator=(const WaitingWork &) = delete;
 
+    /// What the piece uses has to be there until the work is done.
     void add(Piece piece);
 
+    /// Adds the piece to the work that there is; without a WaitingWork it is done before this returns.
+    static void addOrDo(Piece piece);
+
+    /// Whether there is a piece that may be done.
     static bool isLeft();
-    /// Does the next piece, if there is one.
+    /// Does the next piece, if there is one that may be done.
     static void doNext();
 
 private:
     std::deque<Piece> m_pieces;
     static WaitingWork *s_work;
+    static bool s_isPaused;
 };
 
 /// QProcess::waitForFinished(), with waiting work done as long as there is any. A piece that has been begun

@@ -24,13 +24,6 @@ namespace {
 
 enum Tool { Ping, DnsLookup, TraceRoute };
 
-QFont logFont()
-{
-    QFont font(QStringLiteral("Courier"), 10, QFont::Normal, false);
-    font.setFixedPitch(true);
-    return font;
-}
-
 } // namespace
 
 pageNetTools::pageNetTools(QWidget *parent)
@@ -49,10 +42,11 @@ pageNetTools::~pageNetTools()
     endTool();
 }
 
-void pageNetTools::loadLogFont()
+QFont pageNetTools::logFont()
 {
-    // Qt keeps what was loaded for the first question about a font.
-    QFontMetrics(logFont()).height();
+    QFont font(QStringLiteral("Courier"), 10, QFont::Normal, false);
+    font.setFixedPitch(true);
+    return font;
 }
 
 void pageNetTools::endTool()

@@ -23,8 +23,8 @@ public:
     explicit pageNetTools(QWidget *parent);
     ~pageNetTools() override;
 
-    /// Loads the font of the log, which takes a while when it is first used.
-    static void loadLogFont();
+    /// The font that the log begins with.
+    static QFont logFont();
 
 private Q_SLOTS:
     void handleProcessAction();

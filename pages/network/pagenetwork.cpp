@@ -9,6 +9,7 @@
 #include "pages/network/networkdevice.h"
 #include "pages/network/networksettings.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -55,6 +56,14 @@ pageNetwork::pageNetwork(QWidget *parent)
 pageNetwork::~pageNetwork()
 {
     killTimer(refreshTimerId);
+}
+
+QFont pageNetwork::captionFont()
+{
+    // A header measures its captions as if they were bold.
+    QFont font = QApplication::font("QHeaderView");
+    font.setBold(true);
+    return font;
 }
 
 void pageNetwork::deviceSelected(const QString &label)

@@ -1,9 +1,9 @@
 #include "pages/system/pagesystem.h"
 
-#include "app/commandrunner.h"
 #include "app/factlabel.h"
 #include "app/unsqueezeditem.h"
 #include "app/valuebox.h"
+#include "app/waitingwork.h"
 #include "pages/system/biosandos.h"
 #include "pages/system/flash.h"
 #include "pages/system/memory.h"
@@ -32,9 +32,9 @@ QLabel *createCaptionOf(QLabel *value, const QString &text, QGroupBox *group)
     return caption;
 }
 
-QLabel *createBoxedValue(QGroupBox *group)
+QLabel *createBoxedValue(QWidget *page)
 {
-    QLabel *value = createFactLabel(group);
+    QLabel *value = createFactLabel(page);
     setupValueLabel(value, Qt::AlignRight | Qt::AlignVCenter);
     return value;
 }
@@ -45,9 +45,9 @@ void addCaption(QGridLayout *grid, QLabel *caption, int row, int column)
     grid->addItem(new UnsqueezedItem(caption), row, column);
 }
 
-void addGroup(QVBoxLayout *layout, QGroupBox *group, int stretch)
+void insertGroup(QVBoxLayout *layout, int position, QGroupBox *group, int stretch)
 {
-    layout->addItem(new UnsqueezedItem(group));
+    layout->insertItem(position, new UnsqueezedItem(group));
     layout->setStretchFactor(group, stretch);
 }
 
@@ -70,12 +70,8 @@ QString withMegabytes(const QString &figure)
 pageSystem::pageSystem(QWidget *parent)
     : QWidget(parent)
 {
-    // Before any command runs: it says how fast the processor is at the moment.
-    const CpuInfo cpu = currentCpuInfo(tr("Unknown"));
-    // The first command works while the widgets are made.
-    const CommandAhead platform(platformCommand());
     createLayout();
-    gatherSystemInfo(cpu);
+    gatherSystemInfo();
     refreshMemory();
     refreshTimerId = startTimer(3000);
 }
@@ -92,23 +88,26 @@ void pageSystem::timerEvent(QTimerEvent * /*event*/)
 
 void pageSystem::createLayout()
 {
+    // The values are there to be filled before what stands around them, which can wait.
+    for (QLabel **value :
+         {&platformValue, &cpuSpeedValue, &cpuCacheValue, &processorValue, &serialNumberValue,
+          &biosVersionValue, &biosReleaseDateValue, &osBuildIdValue, &kernelVersionValue})
+        *value = createFactLabel(this);
+    for (QLabel **value : {&flashUsedValue, &memoryUsedValue, &flashFreeValue, &memoryFreeValue,
+                           &flashInstalledValue, &memoryInstalledValue})
+        *value = createBoxedValue(this);
+
     auto *layout = new QVBoxLayout(this);
-    QGroupBox *system = createSystemGroup();
-    QGroupBox *flashAndMemory = createFlashAndMemoryGroup();
-    addGroup(layout, createBiosAndOsGroup(), 3);
-    addGroup(layout, system, 2);
-    addGroup(layout, flashAndMemory, 1);
+    WaitingWork::addOrDo([=] { insertGroup(layout, 0, createSystemGroup(), 2); });
+    WaitingWork::addOrDo([=] { insertGroup(layout, 1, createFlashAndMemoryGroup(), 1); });
+    // It stands on top, though it is made last.
+    WaitingWork::addOrDo([=] { insertGroup(layout, 0, createBiosAndOsGroup(), 3); });
 }
 
 QGroupBox *pageSystem::createSystemGroup()
 {
     auto *group = new QGroupBox(tr("System"), this);
     group->setMinimumHeight(65);
-    platformValue = createFactLabel(group);
-    cpuSpeedValue = createFactLabel(group);
-    cpuCacheValue = createFactLabel(group);
-    processorValue = createFactLabel(group);
-
     auto *grid = new QGridLayout(group);
     grid->setAlignment(Qt::AlignLeft);
     addCaption(grid, createCaptionOf(platformValue, tr("Platform:"), group), 0, 0);
@@ -126,13 +125,6 @@ QGroupBox *pageSystem::createFlashAndMemoryGroup()
 {
     auto *group = new QGroupBox(tr("Flash and Memory"), this);
     group->setMinimumHeight(100);
-    flashUsedValue = createBoxedValue(group);
-    memoryUsedValue = createBoxedValue(group);
-    flashFreeValue = createBoxedValue(group);
-    memoryFreeValue = createBoxedValue(group);
-    flashInstalledValue = createBoxedValue(group);
-    memoryInstalledValue = createBoxedValue(group);
-
     const QStringList headers{tr("Free"), tr("Used"), tr("Installed")};
     auto *grid = new QGridLayout(group);
     for (int i = 0; i < headers.size(); ++i) {
@@ -143,6 +135,7 @@ QGroupBox *pageSystem::createFlashAndMemoryGroup()
     const auto addRow = [=](int row, const QString &caption, const QList<QLabel *> &values) {
         grid->addWidget(createCaption(caption, group), row, 0);
         for (int i = 0; i < values.size(); ++i) {
+            values.at(i)->setParent(group);
             values.at(i)->setAccessibleName(caption + QLatin1Char(' ') + headers.at(i));
             grid->addItem(new UnsqueezedItem(values.at(i)), row, i + 1);
         }
@@ -158,31 +151,35 @@ QGroupBox *pageSystem::createBiosAndOsGroup()
     group->setMinimumHeight(100);
     auto *grid = new QGridLayout(group);
     grid->setAlignment(Qt::AlignLeft);
-    const auto addRow = [=](int row, const QString &caption) {
-        QLabel *value = createFactLabel(group);
+    const auto addRow = [=](int row, const QString &caption, QLabel *value) {
         addCaption(grid, createCaptionOf(value, caption, group), row, 0);
         grid->addWidget(value, row, 1);
-        return value;
     };
-    serialNumberValue = addRow(0, tr("Serial Number:"));
-    biosVersionValue = addRow(1, tr("BIOS Version:"));
-    biosReleaseDateValue = addRow(2, tr("BIOS Release Date:"));
-    osBuildIdValue = addRow(3, tr("OS Build ID:"));
-    kernelVersionValue = addRow(4, tr("OS Kernel Version:"));
+    addRow(0, tr("Serial Number:"), serialNumberValue);
+    addRow(1, tr("BIOS Version:"), biosVersionValue);
+    addRow(2, tr("BIOS Release Date:"), biosReleaseDateValue);
+    addRow(3, tr("OS Build ID:"), osBuildIdValue);
+    addRow(4, tr("OS Kernel Version:"), kernelVersionValue);
     return group;
 }
 
-void pageSystem::gatherSystemInfo(const CpuInfo &cpu)
+void pageSystem::gatherSystemInfo()
 {
-    gatherProcessor(cpu);
-    memoryInstalledValue->setText(withMegabytes(readTotalMemory().trimmed()));
-    gatherFlash();
+    {
+        // The groups are made while the DMI tables are read, which takes longest: they load the fonts.
+        const WaitingWork::Pause pause;
+        gatherProcessor();
+        memoryInstalledValue->setText(withMegabytes(readTotalMemory().trimmed()));
+        gatherFlash();
+    }
     gatherBiosAndOs();
 }
 
-void pageSystem::gatherProcessor(CpuInfo info)
+void pageSystem::gatherProcessor()
 {
     const QString unknown = tr("Unknown");
+    // Before any command runs: it says how fast the processor is at the moment.
+    CpuInfo info = currentCpuInfo(unknown);
     const QString platform = readPlatform();
     // The one fallback that is the same in every language.
     platformValue->setText(platform.isEmpty() ? QStringLiteral("Unknown") : platform);

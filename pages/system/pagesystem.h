@@ -4,7 +4,6 @@
 
 class QGroupBox;
 class QLabel;
-struct CpuInfo;
 
 /// The "General" tab: what the device is. Everything is gathered while the page is built; afterwards only
 /// the free and used memory are read again, every three seconds.
@@ -32,8 +31,8 @@ private:
     QGroupBox *createFlashAndMemoryGroup();
     QGroupBox *createBiosAndOsGroup();
 
-    void gatherSystemInfo(const CpuInfo &cpu);
-    void gatherProcessor(CpuInfo info);
+    void gatherSystemInfo();
+    void gatherProcessor();
     void gatherFlash();
     void gatherBiosAndOs();
     void refreshMemory();

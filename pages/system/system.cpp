@@ -28,14 +28,9 @@ CpuInfo readCpuInfo(QIODevice &cpuinfo, CpuInfo info)
     return info;
 }
 
-QString platformCommand()
-{
-    return QStringLiteral("/usr/bin/vexa-hwsw-id --hw");
-}
-
 QString readPlatform()
 {
-    return runCommand(platformCommand());
+    return runCommand(QStringLiteral("/usr/bin/vexa-hwsw-id --hw"));
 }
 
 QString readProcessorMaxSpeed()

@@ -21,9 +21,6 @@ CpuInfo readCpuInfo(QIODevice &cpuinfo, CpuInfo info);
 /// The platform's name from the maker's identification tool; empty when the tool is absent or silent.
 QString readPlatform();
 
-/// The command line that readPlatform() runs.
-QString platformCommand();
-
 /// The processor's greatest speed from the DMI tables, with the unit that they give ("1600 MHz"); empty
 /// when they cannot be read.
 QString readProcessorMaxSpeed();

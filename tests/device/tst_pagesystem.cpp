@@ -1,3 +1,4 @@
+#include "app/waitingwork.h"
 #include "tests/device/systempage.h"
 #include "tests/markingtranslator.h"
 
@@ -8,6 +9,7 @@
 #include <QTimerEvent>
 #include <QVBoxLayout>
 
+#include <memory>
 #include <sys/inotify.h>
 #include <unistd.h>
 
@@ -70,6 +72,8 @@ private Q_SLOTS:
     void refreshesMemoryEveryThreeSeconds();
     void refreshesMemoryOnly();
     void laysOutTheGroups();
+    void putsAllLabelsIntoTheGroups_data();
+    void putsAllLabelsIntoTheGroups();
     void laysOutTheSystemGroup();
     void laysOutTheFlashAndMemoryGroup();
     void laysOutTheBiosAndOsGroup();
@@ -218,6 +222,31 @@ void tst_PageSystem::laysOutTheGroups()
         QVERIFY(qobject_cast<QGridLayout *>(group->layout()));
         QCOMPARE(group->layout()->alignment(), expected[i].alignment);
     }
+}
+
+void tst_PageSystem::putsAllLabelsIntoTheGroups_data()
+{
+    QTest::addColumn<bool>("isWorkLeft");
+    QTest::newRow("at once") << false;
+    QTest::newRow("while it waits for its commands") << true;
+}
+
+void tst_PageSystem::putsAllLabelsIntoTheGroups()
+{
+    QFETCH(bool, isWorkLeft);
+    auto work = isWorkLeft ? std::make_unique<WaitingWork>() : nullptr;
+    const pageSystem page(nullptr);
+    work.reset();
+    const QList<QLabel *> labels = page.findChildren<QLabel *>();
+    // The values, 9 of them with a caption of their own; the headers and captions of the table.
+    QCOMPARE(labels.size(), 15 + 9 + 3 + 2);
+    for (QLabel *label : labels) {
+        auto *group = qobject_cast<QGroupBox *>(label->parentWidget());
+        QVERIFY(group);
+        QVERIFY(group->layout()->indexOf(label) >= 0);
+        QVERIFY(page.layout()->indexOf(group) >= 0);
+    }
+    QVERIFY(!shownValue(&page, "Processor:").isEmpty());
 }
 
 void tst_PageSystem::laysOutTheSystemGroup()

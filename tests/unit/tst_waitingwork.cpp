@@ -22,6 +22,9 @@ private Q_SLOTS:
     void doesWhatIsLeftInTheEnd();
     void doesAPieceThatAPieceAdds();
     void hasNothingToDoWithoutAnObject();
+    void leavesThePiecesDuringAPause();
+    void addsAPieceToTheWorkThatThereIs();
+    void doesAPieceAtOnceWhenThereIsNoWork();
     void isDoneWhileAProcessWorks();
     void waitsForTheProcessAfterTheLastPiece();
     void keepsTheLimitOfTheWait();
@@ -83,6 +86,44 @@ void tst_WaitingWork::hasNothingToDoWithoutAnObject()
     }
     QVERIFY(!WaitingWork::isLeft());
     WaitingWork::doNext();
+}
+
+void tst_WaitingWork::leavesThePiecesDuringAPause()
+{
+    bool isDone = false;
+    WaitingWork work;
+    work.add([&] { isDone = true; });
+    {
+        const WaitingWork::Pause pause;
+        QVERIFY(!WaitingWork::isLeft());
+        WaitingWork::doNext();
+        QProcess process;
+        start(process, QStringLiteral("sleep 0.1"));
+        QVERIFY(waitForFinished(process, 30000));
+        QVERIFY(!isDone);
+    }
+    QVERIFY(WaitingWork::isLeft());
+    WaitingWork::doNext();
+    QVERIFY(isDone);
+}
+
+void tst_WaitingWork::addsAPieceToTheWorkThatThereIs()
+{
+    QStringList done;
+    {
+        WaitingWork work;
+        work.add([&] { done.append(QStringLiteral("first")); });
+        WaitingWork::addOrDo([&] { done.append(QStringLiteral("second")); });
+        QVERIFY(done.isEmpty());
+    }
+    QCOMPARE(done, QStringList({QStringLiteral("first"), QStringLiteral("second")}));
+}
+
+void tst_WaitingWork::doesAPieceAtOnceWhenThereIsNoWork()
+{
+    bool isDone = false;
+    WaitingWork::addOrDo([&] { isDone = true; });
+    QVERIFY(isDone);
 }
 
 void tst_WaitingWork::isDoneWhileAProcessWorks()
