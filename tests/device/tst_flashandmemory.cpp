@@ -53,6 +53,7 @@ private Q_SLOTS:
     void flashInSinglePrecision();
     void flashSummedInSinglePrecision();
     void flashOfOneTerabyte();
+    void flashPartitionNameNeverReachesTheShell_data();
     void flashPartitionNameNeverReachesTheShell();
 };
 
@@ -248,11 +249,18 @@ void tst_FlashAndMemory::flashOfOneTerabyte()
         QStringList({QStringLiteral("897600 M"), QStringLiteral("102400 M"), QStringLiteral("1e+06 M")}));
 }
 
+void tst_FlashAndMemory::flashPartitionNameNeverReachesTheShell_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("a command in brackets") << "$(echo>'hit');touch$IFS'hit'#";
+    QTest::newRow("the end of a command") << "x;touch$IFS$9hit";
+}
+
 void tst_FlashAndMemory::flashPartitionNameNeverReachesTheShell()
 {
+    QFETCH(QString, name);
     onlyLink(QStringLiteral("/dev/disk/by-label"), QStringLiteral("ROOT"), QStringLiteral("../../sda1"));
-    Device::link(QStringLiteral("/dev/disk/by-label/EVIL"),
-                 QStringLiteral("../../$(echo>'hit');touch$IFS'hit'#"));
+    Device::link(QStringLiteral("/dev/disk/by-label/EVIL"), QStringLiteral("../../") + name);
     Device::write(partitions, "8 0 7822336 sda\n");
     setDf("300M");
     const QString folder = QDir::currentPath();
