@@ -38,7 +38,7 @@ public:
 };
 
 /// Qt keeps what it loads for the first question about a font.
-void load(const QFont &font)
+void loadFont(const QFont &font)
 {
     QFontMetrics(font).boundingRect(QLatin1Char('A'));
 }
@@ -55,6 +55,7 @@ QIcon windowIconFile()
 SysInfoHelper::SysInfoHelper(int page)
     : m_tabs(new QTabWidget(this))
 {
+    setWindowIcon(windowIconFile());
     setWindowTitle(QObject::tr("About this thin client"));
 
     auto *layout = new QVBoxLayout(this);
@@ -85,8 +86,7 @@ void SysInfoHelper::createPages()
         work.add([this, page, label] { addPage(page, label); });
     };
     for (const QFont &font : {QApplication::font(), pageNetTools::logFont(), pageNetwork::captionFont()})
-        work.add([font] { load(font); });
-    work.add([this] { setWindowIcon(windowIconFile()); });
+        work.add([font] { loadFont(font); });
     addWhileWaiting(new pageSystem(this), QObject::tr("General"));
     addWhileWaiting(new pageNetwork(this), QObject::tr("Network"));
     addWhileWaiting(new pageNetTools(this), QObject::tr("Net Tools"));

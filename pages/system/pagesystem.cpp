@@ -45,9 +45,9 @@ void addCaption(QGridLayout *grid, QLabel *caption, int row, int column)
     grid->addItem(new UnsqueezedItem(caption), row, column);
 }
 
-void insertGroup(QVBoxLayout *layout, int position, QGroupBox *group, int stretch)
+void addGroup(QVBoxLayout *layout, QGroupBox *group, int stretch)
 {
-    layout->insertItem(position, new UnsqueezedItem(group));
+    layout->addItem(new UnsqueezedItem(group));
     layout->setStretchFactor(group, stretch);
 }
 
@@ -97,11 +97,17 @@ void pageSystem::createLayout()
                            &flashInstalledValue, &memoryInstalledValue})
         *value = createBoxedValue(this);
 
+    WaitingWork::addOrDo([this] { createGroups(); });
+}
+
+void pageSystem::createGroups()
+{
     auto *layout = new QVBoxLayout(this);
-    WaitingWork::addOrDo([=] { insertGroup(layout, 0, createSystemGroup(), 2); });
-    WaitingWork::addOrDo([=] { insertGroup(layout, 1, createFlashAndMemoryGroup(), 1); });
-    // It stands on top, though it is made last.
-    WaitingWork::addOrDo([=] { insertGroup(layout, 0, createBiosAndOsGroup(), 3); });
+    QGroupBox *system = createSystemGroup();
+    QGroupBox *flashAndMemory = createFlashAndMemoryGroup();
+    addGroup(layout, createBiosAndOsGroup(), 3);
+    addGroup(layout, system, 2);
+    addGroup(layout, flashAndMemory, 1);
 }
 
 QGroupBox *pageSystem::createSystemGroup()
@@ -135,6 +141,7 @@ QGroupBox *pageSystem::createFlashAndMemoryGroup()
     const auto addRow = [=](int row, const QString &caption, const QList<QLabel *> &values) {
         grid->addWidget(createCaption(caption, group), row, 0);
         for (int i = 0; i < values.size(); ++i) {
+            // An item does not take the widget over, as addWidget() does.
             values.at(i)->setParent(group);
             values.at(i)->setAccessibleName(caption + QLatin1Char(' ') + headers.at(i));
             grid->addItem(new UnsqueezedItem(values.at(i)), row, i + 1);

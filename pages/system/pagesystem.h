@@ -27,6 +27,7 @@ protected:
 
 private:
     void createLayout();
+    void createGroups();
     QGroupBox *createSystemGroup();
     QGroupBox *createFlashAndMemoryGroup();
     QGroupBox *createBiosAndOsGroup();
