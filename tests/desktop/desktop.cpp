@@ -122,6 +122,14 @@ quint32 Desktop::waitForWindow(const QString &title, int milliseconds) const
     return 0;
 }
 
+void Desktop::waitUntilLetGo(quint32 window, int milliseconds) const
+{
+    QElapsedTimer time;
+    time.start();
+    while (topLevelWindows().contains(window) && time.elapsed() < milliseconds)
+        QThread::msleep(20);
+}
+
 quint32 Desktop::childOf(quint32 window) const
 {
     const auto tree =

@@ -25,6 +25,9 @@ public:
     /// Waits until exactly one such window is there; 0 when that takes too long.
     quint32 waitForWindow(const QString &title, int milliseconds = 15000) const;
 
+    /// Waits until the window manager has let go of the window.
+    void waitUntilLetGo(quint32 window, int milliseconds = 15000) const;
+
     /// The one child of a window; 0 when it has none or several.
     quint32 childOf(quint32 window) const;
 

@@ -12,6 +12,7 @@ const QString title = QStringLiteral("About this thin client");
 class Host : public QProcess {
 public:
     Host(const Desktop &desktop, const QString &program)
+        : m_desktop(desktop)
     {
         setProcessEnvironment(desktop.environment());
         start(program, {});
@@ -26,13 +27,19 @@ public:
         write(QStringLiteral("resize %1 %2\n").arg(width).arg(height).toLatin1());
     }
 
+    /// Returns when the window manager has let go of the window: the next host's window has the same id, and
+    /// a window manager that is late gives it this one's size.
     void end()
     {
         closeWriteChannel();
         waitForFinished();
+        m_desktop.waitUntilLetGo(window);
     }
 
     quint32 window = 0;
+
+private:
+    const Desktop &m_desktop;
 };
 
 } // namespace
