@@ -29,6 +29,10 @@ HostWindow::HostWindow(quint32 id, QWidget *guest)
 {
     if (QGuiApplication::platformName() != QLatin1String("xcb"))
         return;
+    // Watched before it is measured, so that no change of its size goes unseen.
+    const quint32 watched =
+        XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_FOCUS_CHANGE;
+    xcb_change_window_attributes(m_connection, m_id, XCB_CW_EVENT_MASK, &watched);
     const auto geometry =
         owned(xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, m_id), nullptr));
     const auto attributes = owned(xcb_get_window_attributes_reply(
@@ -45,10 +49,6 @@ HostWindow::~HostWindow()
 
 void HostWindow::takeIn()
 {
-    const quint32 watched =
-        XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_FOCUS_CHANGE;
-    xcb_change_window_attributes(m_connection, m_id, XCB_CW_EVENT_MASK, &watched);
-    xcb_flush(m_connection);
     m_events =
         std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_connection), QSocketNotifier::Read);
     // By name, because Qt 5 and Qt 6 declare this signal differently.
@@ -58,6 +58,8 @@ void HostWindow::takeIn()
     m_guest->windowHandle()->setParent(QWindow::fromWinId(m_id));
     m_guest->windowHandle()->installEventFilter(this);
     m_guest->setGeometry(QRect(QPoint(), m_size));
+    // The events that came with a reply don't wake the notifier.
+    QMetaObject::invokeMethod(this, &HostWindow::handleEvents, Qt::QueuedConnection);
 }
 
 /// The host does not know that the guest wants its keyboard, so the guest takes it when it is clicked.
