@@ -3,7 +3,6 @@
 #include "app/waitingwork.h"
 
 #include <cstdlib>
-#include <poll.h>
 #include <utility>
 
 namespace {
@@ -11,13 +10,6 @@ namespace {
 std::FILE *openCommandPipe(const QString &command)
 {
     return popen(command.toLatin1().constData(), "r");
-}
-
-/// Whether a read from the pipe would return at once, be it with the end of the output.
-bool canBeRead(std::FILE *pipe)
-{
-    pollfd output{fileno(pipe), POLLIN, 0};
-    return poll(&output, 1, 0) != 0;
 }
 
 } // namespace
@@ -49,11 +41,12 @@ QString runCommand(const QString &command)
     char *line = nullptr;
     size_t capacity = 0;
     std::FILE *pipe = CommandAhead::takePipe(command);
-    if (!pipe)
+    if (!pipe) {
         pipe = openCommandPipe(command);
+        // Just one piece, as most commands end sooner than a second one would.
+        WaitingWork::doNext();
+    }
     if (pipe) {
-        while (WaitingWork::isLeft() && !canBeRead(pipe))
-            WaitingWork::doNext();
         // A line that was read ends the loop; only a read that failed is tried again.
         do {
             clearerr(pipe);

@@ -55,8 +55,8 @@ private Q_SLOTS:
     void letsANullPipeBe();
     void triesAnInterruptedReadAgain();
     void leavesNoDescriptorOpen();
-    void doesWaitingWorkWhileTheCommandWorks();
-    void leavesWaitingWorkWhenTheAnswerIsThere();
+    void doesAPieceOfWaitingWorkWhileTheCommandWorks();
+    void leavesWaitingWorkWhenTheCommandWasStartedAhead();
     void takesTheAnswerOfACommandStartedAhead();
     void startsACommandAheadAtOnce();
     void runsAnotherCommandThanTheOneAhead();
@@ -156,7 +156,7 @@ void tst_CommandRunner::leavesNoDescriptorOpen()
     QCOMPARE(openDescriptors(), before);
 }
 
-void tst_CommandRunner::doesWaitingWorkWhileTheCommandWorks()
+void tst_CommandRunner::doesAPieceOfWaitingWorkWhileTheCommandWorks()
 {
     const QTemporaryDir folder;
     const QString end = folder.filePath(QStringLiteral("end"));
@@ -165,17 +165,16 @@ void tst_CommandRunner::doesWaitingWorkWhileTheCommandWorks()
     work.add([&] { done.append(QFile::exists(end) ? QStringLiteral("late") : QStringLiteral("first")); });
     work.add([&] { done.append(QFile::exists(end) ? QStringLiteral("late") : QStringLiteral("second")); });
     QCOMPARE(runCommand(QStringLiteral("sleep 0.3; touch %1; echo value").arg(end)), QStringLiteral("value"));
-    QCOMPARE(done, QStringList({QStringLiteral("first"), QStringLiteral("second")}));
+    QCOMPARE(done, QStringList({QStringLiteral("first")}));
 }
 
-void tst_CommandRunner::leavesWaitingWorkWhenTheAnswerIsThere()
+void tst_CommandRunner::leavesWaitingWorkWhenTheCommandWasStartedAhead()
 {
     bool isDone = false;
     WaitingWork work;
     work.add([&] { isDone = true; });
-    const QString command = QStringLiteral("echo value");
+    const QString command = QStringLiteral("sleep 0.3; echo value");
     const CommandAhead ahead(command);
-    QTest::qSleep(1000);
     QCOMPARE(runCommand(command), QStringLiteral("value"));
     QVERIFY(!isDone);
 }
