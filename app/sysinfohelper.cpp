@@ -53,15 +53,8 @@ QIcon windowIconFile()
 } // namespace
 
 SysInfoHelper::SysInfoHelper(int page)
-    : m_tabs(new QTabWidget(this))
 {
-    setWindowIcon(windowIconFile());
     setWindowTitle(QObject::tr("About this thin client"));
-
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addWidget(m_tabs);
 
     createPages();
     if (page > 0 && page <= m_tabs->count())
@@ -77,11 +70,24 @@ bool SysInfoHelper::isAdmin() const
     return UserInfo::isAdmin();
 }
 
+void SysInfoHelper::createTabs()
+{
+    m_tabs = new QTabWidget(this);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_tabs);
+}
+
 void SysInfoHelper::createPages()
 {
-    // While a page waits for its commands, the fonts are loaded, and the page before it is put into its
-    // place.
+    // While a page waits for its commands, the tabs are made, the fonts loaded, and the page before it is put
+    // into its place.
     WaitingWork work;
+    work.add([this] {
+        setWindowIcon(windowIconFile());
+        createTabs();
+    });
     const auto addWhileWaiting = [&](QWidget *page, const QString &label) {
         work.add([this, page, label] { addPage(page, label); });
     };

@@ -20,8 +20,9 @@ private Q_SLOTS:
     void doNothing();
 
 private:
+    void createTabs();
     void createPages();
     void addPage(QWidget *page, const QString &label);
 
-    QTabWidget *m_tabs;
+    QTabWidget *m_tabs = nullptr;
 };

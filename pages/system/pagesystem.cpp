@@ -172,10 +172,10 @@ QGroupBox *pageSystem::createBiosAndOsGroup()
 
 void pageSystem::gatherSystemInfo()
 {
+    gatherProcessor();
     {
-        // The groups are made while the DMI tables are read, which takes longest: they load the fonts.
+        // The fonts are loaded while the DMI tables are read, which takes longest.
         const WaitingWork::Pause pause;
-        gatherProcessor();
         memoryInstalledValue->setText(withMegabytes(readTotalMemory().trimmed()));
         gatherFlash();
     }
