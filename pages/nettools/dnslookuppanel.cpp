@@ -1,6 +1,5 @@
 #include "pages/nettools/dnslookuppanel.h"
 
-#include "app/nameservers.h"
 #include "pages/nettools/optioninputs.h"
 
 #include <QCheckBox>
@@ -8,7 +7,8 @@
 #include <QLabel>
 #include <QLineEdit>
 
-DnsLookupPanel::DnsLookupPanel(const QValidator *addressValidator, QWidget *parent)
+DnsLookupPanel::DnsLookupPanel(const QString &nameServers, const QValidator *addressValidator,
+                               QWidget *parent)
     : QWidget(parent)
     , m_useNameServer(new QCheckBox(tr("Use this nameserver:")))
     , m_nameServer(new QComboBox)
@@ -17,7 +17,7 @@ DnsLookupPanel::DnsLookupPanel(const QValidator *addressValidator, QWidget *pare
     m_nameServer->setValidator(addressValidator);
     m_nameServer->setInsertPolicy(QComboBox::NoInsert);
     m_nameServer->setAccessibleName(m_useNameServer->text());
-    m_nameServer->addItems(readNameServers().split(QLatin1Char(' ')));
+    m_nameServer->addItems(nameServers.split(QLatin1Char(' ')));
 
     auto *layout = new QVBoxLayout(this);
     m_hostName = addLabelledEdit(layout, tr("Hostname:"));

@@ -10,14 +10,14 @@ class QComboBox;
 class QLineEdit;
 class QValidator;
 
-/// The options of a DNS lookup. The nameservers to choose from are those that /etc/resolv.conf names while
-/// the panel is built.
+/// The options of a DNS lookup.
 class DnsLookupPanel : public QWidget {
     Q_DECLARE_TR_FUNCTIONS(pageNetTools)
 
 public:
-    /// The validator, which is not owned, restricts what can be typed as a nameserver.
-    DnsLookupPanel(const QValidator *addressValidator, QWidget *parent);
+    /// The nameservers to choose from are separated by single blanks. The validator, which is not owned,
+    /// restricts what can be typed as a nameserver.
+    DnsLookupPanel(const QString &nameServers, const QValidator *addressValidator, QWidget *parent);
 
     DnsLookupOptions options() const;
 

@@ -1,8 +1,8 @@
 #include "pages/nettools/pagenettools.h"
 
 #include "app/asciitext.h"
-#include "app/commandrunner.h"
 #include "app/nameservers.h"
+#include "app/waitingwork.h"
 #include "pages/nettools/diagnosticarchive.h"
 #include "pages/nettools/dnslookuppanel.h"
 #include "pages/nettools/pingpanel.h"
@@ -30,11 +30,13 @@ pageNetTools::pageNetTools(QWidget *parent)
     : QWidget(parent)
     , addressValidator(QRegularExpression(QStringLiteral("[0-9.]+")))
 {
-    // The first command works while the widgets are made.
-    const CommandAhead nameServers(nameServersCommand());
-    createLayout();
-    connectSignals();
-    pingButton->click();
+    nameServers = readNameServers();
+    // The widgets can wait until the next page asks for the packages, which takes longer.
+    WaitingWork::addOrDo([this] {
+        createLayout();
+        connectSignals();
+        pingButton->click();
+    });
 }
 
 pageNetTools::~pageNetTools()
@@ -149,7 +151,7 @@ QWidget *pageNetTools::createPingPanel()
 
 QWidget *pageNetTools::createDnsLookupPanel()
 {
-    dnsLookupPanel = new DnsLookupPanel(&addressValidator, this);
+    dnsLookupPanel = new DnsLookupPanel(nameServers, &addressValidator, this);
     return dnsLookupPanel;
 }
 

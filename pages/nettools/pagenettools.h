@@ -57,6 +57,7 @@ private:
     void insertIntoLog(const QString &text);
     void deselectLog();
 
+    QString nameServers;
     QTextEdit *logView;
     QPushButton *processButton;
     QPushButton *clearLogButton;

@@ -1,3 +1,4 @@
+#include "app/waitingwork.h"
 #include "tests/device/device.h"
 #include "tests/unit/nettoolsuser.h"
 
@@ -107,6 +108,7 @@ private Q_SLOTS:
 
     void listsNameServers_data();
     void listsNameServers();
+    void listsNameServersOnce_data();
     void listsNameServersOnce();
     void letsAnIpv6NameServerBeEdited();
     void usesTheNameServerOfTheList_data();
@@ -254,13 +256,23 @@ void tst_NetTools::listsNameServers()
     QCOMPARE(box->currentText(), listed.constFirst());
 }
 
+void tst_NetTools::listsNameServersOnce_data()
+{
+    QTest::addColumn<bool>("isWorkLeft");
+    QTest::newRow("page made at once") << false;
+    QTest::newRow("page made while the next one waits") << true;
+}
+
 void tst_NetTools::listsNameServersOnce()
 {
+    QFETCH(bool, isWorkLeft);
     Device::clearCalls();
+    auto work = isWorkLeft ? std::make_unique<WaitingWork>() : nullptr;
     pageNetTools page(nullptr);
     QCOMPARE(Device::shellCommands(),
              QStringList{text("awk '/nameserver/ { printf \"%s \", $2 }' /etc/resolv.conf")});
     Device::write(text("/etc/resolv.conf"), "nameserver 10.0.0.9\n");
+    work.reset();
     const NetToolsUser user(page);
     for (const char *tool : {"DNS Lookup", "Ping", "DNS Lookup"})
         user.click(tool);
