@@ -65,11 +65,25 @@ Desktop::Desktop()
     m_windowManager.setProcessEnvironment(environment());
     m_windowManager.setStandardErrorFile(QProcess::nullDevice());
     m_windowManager.start(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
-    const xcb_atom_t check = atom(m_connection, "_NET_SUPPORTING_WM_CHECK");
+    waitForWindowManager();
+}
+
+/// A window manager that starts says early that it is there, and may yet lose the windows that are mapped
+/// until it works. It is waited for with a window that is mapped until the window manager takes it.
+void Desktop::waitForWindowManager() const
+{
+    const xcb_window_t probe = xcb_generate_id(m_connection);
+    xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, probe, m_root, 0, 0, 100, 100, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
     QElapsedTimer time;
     time.start();
-    while (property(m_connection, m_root, check).isEmpty() && time.elapsed() < 10000)
-        QThread::msleep(20);
+    while (!topLevelWindows().contains(probe) && time.elapsed() < 15000) {
+        xcb_unmap_window(m_connection, probe);
+        xcb_map_window(m_connection, probe);
+        waitUntilManaged(probe, true, 200);
+    }
+    xcb_destroy_window(m_connection, probe);
+    waitUntilManaged(probe, false);
 }
 
 Desktop::~Desktop()
@@ -122,11 +136,11 @@ quint32 Desktop::waitForWindow(const QString &title, int milliseconds) const
     return 0;
 }
 
-void Desktop::waitUntilLetGo(quint32 window, int milliseconds) const
+void Desktop::waitUntilManaged(quint32 window, bool isManaged, int milliseconds) const
 {
     QElapsedTimer time;
     time.start();
-    while (topLevelWindows().contains(window) && time.elapsed() < milliseconds)
+    while (topLevelWindows().contains(window) != isManaged && time.elapsed() < milliseconds)
         QThread::msleep(20);
 }
 

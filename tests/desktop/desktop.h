@@ -25,8 +25,8 @@ public:
     /// Waits until exactly one such window is there; 0 when that takes too long.
     quint32 waitForWindow(const QString &title, int milliseconds = 15000) const;
 
-    /// Waits until the window manager has let go of the window.
-    void waitUntilLetGo(quint32 window, int milliseconds = 15000) const;
+    /// Waits until the window manager looks after the window, or no longer does.
+    void waitUntilManaged(quint32 window, bool isManaged, int milliseconds = 15000) const;
 
     /// The one child of a window; 0 when it has none or several.
     quint32 childOf(quint32 window) const;
@@ -53,6 +53,7 @@ public:
     void pressKey(const QString &key) const;
 
 private:
+    void waitForWindowManager() const;
     QString windowTitle(quint32 window) const;
     QList<quint32> topLevelWindows() const;
 

@@ -4,7 +4,8 @@
 
 #include <QProcess>
 
-/// A window of another program.
+/// A window of another program. It is there when this object is: a request to resize a window can get lost
+/// while the window manager takes it.
 class Host : public QProcess {
 public:
     Host(const Desktop &desktop, const QString &program)
@@ -14,6 +15,7 @@ public:
         start(program, {});
         while (!canReadLine() && waitForReadyRead(10000)) { }
         window = QString::fromLatin1(readLine()).trimmed().toUInt();
+        m_desktop.waitUntilManaged(window, true);
     }
     ~Host() override { end(); }
     Q_DISABLE_COPY(Host)
@@ -29,7 +31,7 @@ public:
     {
         closeWriteChannel();
         waitForFinished();
-        m_desktop.waitUntilLetGo(window);
+        m_desktop.waitUntilManaged(window, false);
     }
 
     quint32 window = 0;
