@@ -43,7 +43,8 @@ QString runCommand(const QString &command)
     std::FILE *pipe = CommandAhead::takePipe(command);
     if (!pipe) {
         pipe = openCommandPipe(command);
-        // Just one piece, as most commands end sooner than a second one would.
+        // Just one piece, as most commands end sooner than a second one would. One that was started ahead has
+        // had its time.
         WaitingWork::doNext();
     }
     if (pipe) {

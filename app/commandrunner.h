@@ -4,8 +4,9 @@
 
 #include <cstdio>
 
-/// Runs a command line through /bin/sh and waits for it, doing a piece of waiting work meanwhile. Returns the
-/// first line of its standard output, Latin-1 and trimmed; empty when it printed nothing or could not be run.
+/// Runs a command line through /bin/sh and waits for it, doing a piece of waiting work meanwhile unless it
+/// was started ahead. Returns the first line of its standard output, Latin-1 and trimmed; empty when it
+/// printed nothing or could not be run.
 QString runCommand(const QString &command);
 
 /// A command line that works already while the one who is going to ask for it gets ready. The first

@@ -2,12 +2,7 @@
 
 #include "app/commandrunner.h"
 
-QString nameServersCommand()
-{
-    return QStringLiteral("awk '/nameserver/ { printf \"%s \", $2 }' /etc/resolv.conf");
-}
-
 QString readNameServers()
 {
-    return runCommand(nameServersCommand());
+    return runCommand(QStringLiteral("awk '/nameserver/ { printf \"%s \", $2 }' /etc/resolv.conf"));
 }

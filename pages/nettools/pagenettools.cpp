@@ -29,8 +29,8 @@ enum Tool { Ping, DnsLookup, TraceRoute };
 pageNetTools::pageNetTools(QWidget *parent)
     : QWidget(parent)
     , addressValidator(QRegularExpression(QStringLiteral("[0-9.]+")))
+    , nameServers(readNameServers())
 {
-    nameServers = readNameServers();
     // The widgets can wait until the next page asks for the packages, which takes longer.
     WaitingWork::addOrDo([this] {
         createLayout();

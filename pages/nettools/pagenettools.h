@@ -57,7 +57,6 @@ private:
     void insertIntoLog(const QString &text);
     void deselectLog();
 
-    QString nameServers;
     QTextEdit *logView;
     QPushButton *processButton;
     QPushButton *clearLogButton;
@@ -68,6 +67,8 @@ private:
     QRadioButton *dnsLookupButton;
     QRadioButton *traceRouteButton;
     QRegularExpressionValidator addressValidator;
+    /// Those that there were when the page was made, separated by single blanks.
+    QString nameServers;
     PingPanel *pingPanel;
     DnsLookupPanel *dnsLookupPanel;
     TraceRoutePanel *traceRoutePanel;
