@@ -77,11 +77,14 @@ void Desktop::waitForWindowManager() const
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
     QElapsedTimer time;
     time.start();
-    while (!topLevelWindows().contains(probe) && time.elapsed() < 15000) {
+    bool isManaged = false;
+    while (!isManaged && time.elapsed() < 15000) {
         xcb_unmap_window(m_connection, probe);
         xcb_map_window(m_connection, probe);
-        waitUntilManaged(probe, true, 200);
+        isManaged = waitUntilManaged(probe, true, 200);
     }
+    if (!isManaged)
+        qWarning("The window manager manages no window");
     xcb_destroy_window(m_connection, probe);
     waitUntilManaged(probe, false);
 }
@@ -136,12 +139,16 @@ quint32 Desktop::waitForWindow(const QString &title, int milliseconds) const
     return 0;
 }
 
-void Desktop::waitUntilManaged(quint32 window, bool isManaged, int milliseconds) const
+bool Desktop::waitUntilManaged(quint32 window, bool isManaged, int milliseconds) const
 {
     QElapsedTimer time;
     time.start();
-    while (topLevelWindows().contains(window) != isManaged && time.elapsed() < milliseconds)
+    while (topLevelWindows().contains(window) != isManaged) {
+        if (time.elapsed() >= milliseconds)
+            return false;
         QThread::msleep(20);
+    }
+    return true;
 }
 
 quint32 Desktop::childOf(quint32 window) const

@@ -25,8 +25,9 @@ public:
     /// Waits until exactly one such window is there; 0 when that takes too long.
     quint32 waitForWindow(const QString &title, int milliseconds = 15000) const;
 
-    /// Waits until the window manager looks after the window, or no longer does.
-    void waitUntilManaged(quint32 window, bool isManaged, int milliseconds = 15000) const;
+    /// Waits until the window manager looks after the window, or no longer does. Returns whether it came to
+    /// that.
+    bool waitUntilManaged(quint32 window, bool isManaged, int milliseconds = 15000) const;
 
     /// The one child of a window; 0 when it has none or several.
     quint32 childOf(quint32 window) const;

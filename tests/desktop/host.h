@@ -15,7 +15,8 @@ public:
         start(program, {});
         while (!canReadLine() && waitForReadyRead(10000)) { }
         window = QString::fromLatin1(readLine()).trimmed().toUInt();
-        m_desktop.waitUntilManaged(window, true);
+        if (!m_desktop.waitUntilManaged(window, true))
+            qWarning("The window manager did not take the window %u", window);
     }
     ~Host() override { end(); }
     Q_DISABLE_COPY(Host)
@@ -31,7 +32,8 @@ public:
     {
         closeWriteChannel();
         waitForFinished();
-        m_desktop.waitUntilManaged(window, false);
+        if (!m_desktop.waitUntilManaged(window, false))
+            qWarning("The window manager did not let go of the window %u", window);
     }
 
     quint32 window = 0;
