@@ -1,7 +1,8 @@
 /* Preloaded into a program, writes down what it does to learn its facts, in order and in the form that
  * `dowork` takes: the shell commands and programs that it runs and the files that it reads. The file to write
  * to is named by BENCH_WORK. What libraries read for themselves (fonts, locales, settings) is left out, and
- * so is what the commands do in turn. */
+ * so is what the commands do in turn. The program may call record_work(), found with dlsym(), to have it
+ * written down only at times. */
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -12,6 +13,12 @@
 #include <unistd.h>
 
 static int work = -1;
+static int is_recording = 1;
+
+void record_work(int is_wanted)
+{
+    is_recording = is_wanted;
+}
 
 __attribute__((constructor)) static void open_work(void)
 {
@@ -24,6 +31,8 @@ __attribute__((constructor)) static void open_work(void)
 static void record(const char *kind, const char *const *words)
 {
     char line[65536];
+    if (!is_recording)
+        return;
     size_t length = (size_t)snprintf(line, sizeof line, "%s", kind);
     for (; *words && length < sizeof line; ++words)
         length += (size_t)snprintf(line + length, sizeof line - length, "\t%s", *words);
@@ -37,17 +46,17 @@ static void record(const char *kind, const char *const *words)
 static void record_file(const char *path)
 {
     static const char *const facts[] = {
-        "/proc/cpuinfo",   "/proc/meminfo", "/proc/partitions", "/proc/net/",       "/sys/class/net/",
+        "/proc/cpuinfo",    "/proc/meminfo", "/proc/partitions", "/proc/net/",      "/sys/class/net/",
         "/etc/resolv.conf", "/etc/hostname", "/etc/imageid",     "/var/lib/dhcp3/",
     };
-    for (size_t i = 0; i < sizeof facts / sizeof *facts; ++i) {
+    for (size_t i = 0; is_recording && i < sizeof facts / sizeof *facts; ++i) {
         if (strncmp(path, facts[i], strlen(facts[i])) == 0)
             record("read", (const char *const[]){path, NULL});
     }
 }
 
 /* ISO C knows no conversion from an object pointer to a function pointer; POSIX demands it of dlsym(). */
-#define REAL(function) (__extension__(__typeof__(&function))dlsym(RTLD_NEXT, #function))
+#define REAL(function) (__extension__(__typeof__(&function)) dlsym(RTLD_NEXT, #function))
 
 FILE *popen(const char *command, const char *mode)
 {
@@ -73,12 +82,20 @@ FILE *fopen(const char *path, const char *mode)
     return REAL(fopen)(path, mode);
 }
 
-int open64(const char *path, int flags, ...)
-{
-    va_list rest;
-    va_start(rest, flags);
-    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) ? (mode_t)va_arg(rest, int) : 0;
-    va_end(rest);
-    record_file(path);
-    return REAL(open64)(path, flags, mode);
-}
+/* The mode is there only for a file that may be made. */
+#define OPEN(function)                                                                                       \
+    int function(const char *path, int flags, ...)                                                           \
+    {                                                                                                        \
+        va_list rest;                                                                                        \
+        va_start(rest, flags);                                                                               \
+        const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) ? (mode_t)va_arg(rest, int) : 0;                 \
+        va_end(rest);                                                                                        \
+        record_file(path);                                                                                   \
+        static __typeof__(&function) real;                                                                   \
+        if (!real)                                                                                           \
+            real = REAL(function);                                                                           \
+        return real(path, flags, mode);                                                                      \
+    }
+
+OPEN(open)
+OPEN(open64)
