@@ -1,9 +1,15 @@
 #include "app/asciitext.h"
 
-#include <QByteArray>
 #include <QIODevice>
 
+#include <algorithm>
 #include <array>
+
+namespace {
+
+constexpr int longestPiece = 1023;
+
+} // namespace
 
 QString asciiText(const QByteArray &bytes)
 {
@@ -14,8 +20,17 @@ std::optional<QString> readLinePiece(QIODevice &device)
 {
     // The result of the read tells the end: files under /proc have no size, so atEnd() holds for them at
     // once.
-    std::array<char, 1024> piece{};
+    std::array<char, longestPiece + 1> piece{};
     if (device.readLine(piece.data(), piece.size()) <= 0)
         return {};
     return QString::fromLatin1(piece.data());
+}
+
+QString takeLinePiece(QByteArray::const_iterator &text, QByteArray::const_iterator end)
+{
+    const auto begin = text;
+    const auto limit = begin + std::min<std::ptrdiff_t>(longestPiece, end - begin);
+    const auto newline = std::find(begin, limit, '\n');
+    text = newline == limit ? limit : newline + 1;
+    return QString::fromLatin1(begin, static_cast<int>(std::find(begin, text, '\0') - begin));
 }

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <optional>
 
-class QByteArray;
 class QIODevice;
 
 /// The bytes as Latin-1 text, up to the first zero byte.
@@ -13,3 +13,6 @@ QString asciiText(const QByteArray &bytes);
 /// The next line of a text device with its newline, as asciiText(); a line of more than 1023 bytes
 /// comes in pieces of 1023. Nothing at the end of the device.
 std::optional<QString> readLinePiece(QIODevice &device);
+
+/// Takes off the text what readLinePiece() would read from it; the text ends before the given end.
+QString takeLinePiece(QByteArray::const_iterator &text, QByteArray::const_iterator end);

@@ -1,11 +1,15 @@
 #include "pages/system/megabytes.h"
 
-#include <QRegularExpression>
+#include <algorithm>
 
 QString wholeMegabytes(double megabytes)
 {
-    static const QRegularExpression fraction(QStringLiteral("[.][0-9]*"));
-    return QString::number(megabytes, 'g', 6).remove(fraction);
+    QString figure = QString::number(megabytes, 'g', 6);
+    const auto point = std::find(figure.cbegin(), figure.cend(), QLatin1Char('.'));
+    if (point == figure.cend())
+        return figure;
+    const auto rest = std::find_if_not(point + 1, figure.cend(), [](QChar c) { return c.isDigit(); });
+    return figure.remove(static_cast<int>(point - figure.cbegin()), static_cast<int>(rest - point));
 }
 
 QString megabytes(float megabytes)

@@ -2,12 +2,12 @@
 
 #include <QString>
 
-class QIODevice;
+class QByteArray;
 
 /// Installed memory in whole decimal megabytes, from the "MemTotal" line of /proc/meminfo: kilobytes
 /// times 0.001, fraction cut off. A null string when there is no such line.
-QString totalMemory(QIODevice &meminfo);
+QString totalMemory(const QByteArray &meminfo);
 
 /// Free memory in whole 1024-based megabytes: the first three of MemFree, Buffers and Cached of
 /// /proc/meminfo, in kilobytes, divided by 1024. Without any of them "0".
-QString freeMemory(QIODevice &meminfo);
+QString freeMemory(const QByteArray &meminfo);

@@ -39,6 +39,7 @@ private Q_SLOTS:
     void memoryWithoutTotal();
     void memoryOfOneTerabyte();
     void memoryFromTheKernelsFigures();
+    void memoryFarDownInTheFile();
     void flashUnknown_data();
     void flashUnknown();
     void flashUnknownWithoutPartitions();
@@ -90,6 +91,16 @@ void tst_FlashAndMemory::memoryFromTheKernelsFigures()
     const pageSystem page(nullptr);
     QCOMPARE(boxedValues(page, "Memory:"),
              QStringList({QStringLiteral("800 M"), QStringLiteral("218 M"), QStringLiteral("1018 M")}));
+}
+
+void tst_FlashAndMemory::memoryFarDownInTheFile()
+{
+    // More than any buffer takes at first.
+    const QByteArray others = QByteArray("HugePages_Free: 7 kB\n").repeated(5000);
+    Device::write(meminfo, others + "MemTotal: 1018888 kB\nMemFree: 500000 kB\n");
+    const pageSystem page(nullptr);
+    QCOMPARE(boxedValues(page, "Memory:"),
+             QStringList({QStringLiteral("488 M"), QStringLiteral("530 M"), QStringLiteral("1018 M")}));
 }
 
 void tst_FlashAndMemory::flashUnknown_data()

@@ -76,6 +76,11 @@ void tst_AsciiText::readsLinesInPieces()
     while (const std::optional<QString> piece = readLinePiece(buffer))
         pieces.append(*piece);
     QTEST(pieces, "pieces");
+
+    QStringList taken;
+    for (auto text = content.cbegin(); text != content.cend();)
+        taken.append(takeLinePiece(text, content.cend()));
+    QCOMPARE(taken, pieces);
 }
 
 void tst_AsciiText::readsFilesWithoutSize()
