@@ -1,4 +1,5 @@
 #include "app/commandline.h"
+#include "app/lateplugins.h"
 #include "app/sysinfohelper.h"
 #include "framework/vapplication.h"
 #include "framework/vembedwidget.h"
@@ -11,6 +12,7 @@ int main(int argc, char **argv)
     VApplication application(argc, argv, true, true, true);
     application.exitIfRunning();
     application.setStyleSheet(applicationStyleSheet());
+    const LatePlugins latePlugins;
 
     auto *dialog = new SysInfoHelper(pageNumber(QCoreApplication::arguments()));
     QObject::connect(&application, &QApplication::lastWindowClosed, &application, &QApplication::quit);

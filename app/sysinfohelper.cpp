@@ -9,7 +9,6 @@
 
 #include <QApplication>
 #include <QEvent>
-#include <QFile>
 #include <QIcon>
 #include <QScrollArea>
 #include <QShortcut>
@@ -41,13 +40,6 @@ public:
 void loadFont(const QFont &font)
 {
     QFontMetrics(font).boundingRect(QLatin1Char('A'));
-}
-
-/// Null without the file: an icon that is named but not there has Qt load every image format to look for it.
-QIcon windowIconFile()
-{
-    const QString file = QStringLiteral("/usr/share/icewm/icons/sysinfo_32x32.xpm");
-    return QFile::exists(file) ? QIcon(file) : QIcon();
 }
 
 } // namespace
@@ -85,7 +77,7 @@ void SysInfoHelper::createPages()
     // into its place.
     WaitingWork work;
     work.add([this] {
-        setWindowIcon(windowIconFile());
+        setWindowIcon(QIcon(QStringLiteral("/usr/share/icewm/icons/sysinfo_32x32.xpm")));
         createTabs();
     });
     const auto addWhileWaiting = [&](QWidget *page, const QString &label) {

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -28,9 +29,21 @@ QStringList linesOf(const char *name)
     return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
+/// Whether more is to be seen of a window than its background.
+bool isFilled(const QImage &picture)
+{
+    QSet<QRgb> colors;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            colors.insert(picture.pixel(x, y));
+    }
+    return colors.size() > 10;
+}
+
 } // namespace
 
-/// The order in which the built program starts, told by slow tools that look at the screen when they are run.
+/// How the built program starts: the order, told by slow tools that look at the screen when they are run, and
+/// what it loads.
 class tst_StartUp : public QObject {
     Q_OBJECT
 
@@ -39,6 +52,7 @@ private Q_SLOTS:
     void cleanup();
 
     void fillsEveryPageInTheOrderOfTheTabsBeforeItIsSeen();
+    void loadsNoImageFormats();
 
 private:
     std::unique_ptr<Desktop> m_desktop;
@@ -93,6 +107,25 @@ void tst_StartUp::fillsEveryPageInTheOrderOfTheTabsBeforeItIsSeen()
         const QRegularExpressionMatch match = kept.match(line);
         QVERIFY2(!match.hasMatch() || own.contains(match.captured(1)), qPrintable(line));
     }
+}
+
+void tst_StartUp::loadsNoImageFormats()
+{
+    QStringList formats;
+    for (const QString &path : QCoreApplication::libraryPaths())
+        formats += QDir(path + QStringLiteral("/imageformats")).entryList({QStringLiteral("*.so")});
+    QVERIFY(!formats.isEmpty());
+
+    const QTemporaryDir runtimeDirectory;
+    Program program(*m_desktop, runtimeDirectory.path());
+    program.launch();
+    const quint32 window = m_desktop->waitForWindow(title, 30000);
+    QTRY_VERIFY(isFilled(m_desktop->picture(window)));
+    QFile maps(QStringLiteral("/proc/%1/maps").arg(program.processId()));
+    QVERIFY(maps.open(QIODevice::ReadOnly));
+    const QByteArray files = maps.readAll();
+    QVERIFY(files.contains("/platforms/"));
+    QVERIFY(!files.contains("/imageformats/"));
 }
 
 QTEST_GUILESS_MAIN(tst_StartUp)
