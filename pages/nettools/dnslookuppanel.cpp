@@ -13,7 +13,8 @@ DnsLookupPanel::DnsLookupPanel(const QString &nameServers, const QValidator *add
     , m_useNameServer(new QCheckBox(tr("Use this nameserver:")))
     , m_nameServer(new QComboBox)
 {
-    m_nameServer->setEditable(true);
+    // Makes it editable; setEditable() would make the list that drops down as well, which few will ever see.
+    m_nameServer->setLineEdit(new QLineEdit);
     m_nameServer->setValidator(addressValidator);
     m_nameServer->setInsertPolicy(QComboBox::NoInsert);
     m_nameServer->setAccessibleName(m_useNameServer->text());

@@ -1,6 +1,7 @@
 #include "tests/markingtranslator.h"
 #include "tests/unit/nettoolsuser.h"
 
+#include <QAbstractItemView>
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
@@ -112,6 +113,7 @@ private Q_SLOTS:
     void portsAreTheSameInEveryLanguage();
     void targetsAreNotRestricted();
     void nameServerThatWasTypedIsNotListed();
+    void nameServersAreListedOnceTheyAreAskedFor();
 
     void checkBoxAloneDecides_data();
     void checkBoxAloneDecides();
@@ -550,6 +552,20 @@ void tst_PageNetTools::nameServerThatWasTypedIsNotListed()
     QTest::keyClick(nameServer, Qt::Key_Return);
     QCOMPARE(nameServer->currentText(), text("203.0.113.253"));
     QCOMPARE(nameServer->count(), listed);
+}
+
+void tst_PageNetTools::nameServersAreListedOnceTheyAreAskedFor()
+{
+    m_user->click("DNS Lookup");
+    QComboBox *nameServer = m_user->comboBox("Use this nameserver:");
+    QVERIFY(nameServer->findChildren<QAbstractItemView *>().isEmpty());
+    nameServer->addItem(text("203.0.113.253"));
+    nameServer->showPopup();
+    const QList<QAbstractItemView *> lists = nameServer->findChildren<QAbstractItemView *>();
+    QCOMPARE(lists.size(), 1);
+    lists.constFirst()->setCurrentIndex(nameServer->model()->index(nameServer->count() - 1, 0));
+    QTest::keyClick(lists.constFirst(), Qt::Key_Return);
+    QCOMPARE(nameServer->currentText(), text("203.0.113.253"));
 }
 
 void tst_PageNetTools::checkBoxAloneDecides_data()
