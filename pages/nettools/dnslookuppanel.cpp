@@ -10,18 +10,20 @@
 DnsLookupPanel::DnsLookupPanel(const QString &nameServers, const QValidator *addressValidator,
                                QWidget *parent)
     : QWidget(parent)
-    , m_useNameServer(new QCheckBox(tr("Use this nameserver:")))
-    , m_nameServer(new QComboBox)
 {
-    // Makes it editable; setEditable() would make the list that drops down as well, which few will ever see.
+    auto *layout = new QVBoxLayout(this);
+    m_hostName = addLabelledEdit(layout, tr("Hostname:"));
+
+    m_useNameServer = new QCheckBox(tr("Use this nameserver:"), this);
+    // The list that drops down, which few will ever see, is made when it is asked for; but also by
+    // setEditable(), and by a change of style such as a parent that is given later brings.
+    m_nameServer = new QComboBox(this);
     m_nameServer->setLineEdit(new QLineEdit);
     m_nameServer->setValidator(addressValidator);
     m_nameServer->setInsertPolicy(QComboBox::NoInsert);
     m_nameServer->setAccessibleName(m_useNameServer->text());
     m_nameServer->addItems(nameServers.split(QLatin1Char(' ')));
 
-    auto *layout = new QVBoxLayout(this);
-    m_hostName = addLabelledEdit(layout, tr("Hostname:"));
     auto *row = new QHBoxLayout;
     row->addWidget(m_useNameServer);
     row->addWidget(m_nameServer, 1);

@@ -22,7 +22,7 @@ public:
     DnsLookupOptions options() const;
 
 private:
-    QLineEdit *m_hostName;
-    QCheckBox *m_useNameServer;
-    QComboBox *m_nameServer;
+    QLineEdit *m_hostName = nullptr;
+    QCheckBox *m_useNameServer = nullptr;
+    QComboBox *m_nameServer = nullptr;
 };

@@ -9,7 +9,9 @@
 #include "tests/markingtranslator.h"
 #include "tests/shownvalues.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QComboBox>
 #include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -100,6 +102,7 @@ private Q_SLOTS:
     void paintsPagesInTheStyleSheetsColours();
     void lowersTheTabsThatAreNotSelected();
     void tellsItsWidgetsOfAnotherStyle();
+    void makesTheListsOfComboBoxesWhenTheyAreAskedFor();
     void translatesInTheGeneralContext();
     void refreshesMemoryBehindAnotherTab();
     void survivesTheDescriptorLimit();
@@ -321,6 +324,20 @@ void tst_SysInfoHelper::tellsItsWidgetsOfAnotherStyle()
     const EventCounter styleChanges(label, QEvent::StyleChange);
     dialog.setStyleSheet(QStringLiteral("QLabel { padding: 1px; }"));
     QVERIFY(styleChanges.count() > 0);
+}
+
+void tst_SysInfoHelper::makesTheListsOfComboBoxesWhenTheyAreAskedFor()
+{
+    SysInfoHelper dialog(1);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    const QList<QComboBox *> comboBoxes = dialog.findChildren<QComboBox *>();
+    QCOMPARE(comboBoxes.size(), 2);
+    for (const QComboBox *comboBox : comboBoxes)
+        QVERIFY2(comboBox->findChildren<QAbstractItemView *>().isEmpty(),
+                 qPrintable(comboBox->accessibleName()));
+    comboBoxes.constFirst()->showPopup();
+    QCOMPARE(comboBoxes.constFirst()->findChildren<QAbstractItemView *>().size(), 1);
 }
 
 void tst_SysInfoHelper::translatesInTheGeneralContext()

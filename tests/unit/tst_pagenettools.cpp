@@ -113,7 +113,7 @@ private Q_SLOTS:
     void portsAreTheSameInEveryLanguage();
     void targetsAreNotRestricted();
     void nameServerThatWasTypedIsNotListed();
-    void nameServersAreListedOnceTheyAreAskedFor();
+    void nameServerIsChosenFromTheList();
 
     void checkBoxAloneDecides_data();
     void checkBoxAloneDecides();
@@ -554,11 +554,10 @@ void tst_PageNetTools::nameServerThatWasTypedIsNotListed()
     QCOMPARE(nameServer->count(), listed);
 }
 
-void tst_PageNetTools::nameServersAreListedOnceTheyAreAskedFor()
+void tst_PageNetTools::nameServerIsChosenFromTheList()
 {
     m_user->click("DNS Lookup");
     QComboBox *nameServer = m_user->comboBox("Use this nameserver:");
-    QVERIFY(nameServer->findChildren<QAbstractItemView *>().isEmpty());
     nameServer->addItem(text("203.0.113.253"));
     nameServer->showPopup();
     const QList<QAbstractItemView *> lists = nameServer->findChildren<QAbstractItemView *>();
