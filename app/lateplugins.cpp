@@ -10,7 +10,12 @@ LatePlugins::LatePlugins()
     qApp->installEventFilter(this);
 }
 
-bool LatePlugins::eventFilter(QObject * /*widget*/, QEvent *event)
+LatePlugins::~LatePlugins()
+{
+    allowPlugins();
+}
+
+bool LatePlugins::eventFilter(QObject * /*object*/, QEvent *event)
 {
     if (event->type() == QEvent::Paint) {
         qApp->removeEventFilter(this);
@@ -22,5 +27,7 @@ bool LatePlugins::eventFilter(QObject * /*widget*/, QEvent *event)
 
 void LatePlugins::allowPlugins()
 {
-    QCoreApplication::setLibraryPaths(m_paths);
+    if (!m_paths.isEmpty())
+        QCoreApplication::setLibraryPaths(m_paths);
+    m_paths.clear();
 }

@@ -22,6 +22,7 @@ class tst_LatePlugins : public QObject {
 
 private Q_SLOTS:
     void areFoundAfterTheFirstPainting();
+    void areFoundWhenNothingIsPainted();
 };
 
 void tst_LatePlugins::areFoundAfterTheFirstPainting()
@@ -40,10 +41,25 @@ void tst_LatePlugins::areFoundAfterTheFirstPainting()
     QCOMPARE(window.paths.value(0, paths), QStringList());
     QCOMPARE(child->paths.value(0, paths), QStringList());
 
+    // Later paintings change nothing.
+    const QStringList others{QStringLiteral("/nonexistent")};
+    QCoreApplication::setLibraryPaths(others);
     const auto times = window.paths.size();
     window.update();
     QTRY_VERIFY(window.paths.size() > times);
-    QCOMPARE(window.paths.constLast(), paths);
+    QCoreApplication::processEvents();
+    QCOMPARE(QCoreApplication::libraryPaths(), others);
+    QCoreApplication::setLibraryPaths(paths);
+}
+
+void tst_LatePlugins::areFoundWhenNothingIsPainted()
+{
+    const QStringList paths = QCoreApplication::libraryPaths();
+    {
+        const LatePlugins latePlugins;
+        QCOMPARE(QCoreApplication::libraryPaths(), QStringList());
+    }
+    QCOMPARE(QCoreApplication::libraryPaths(), paths);
 }
 
 QTEST_MAIN(tst_LatePlugins)
