@@ -9,6 +9,7 @@
 
 namespace {
 
+/// As QTextStream parts words: the two white spaces of Latin-1 above ASCII as well.
 bool isSpace(char c)
 {
     return QChar(QLatin1Char(c)).isSpace();

@@ -14,9 +14,11 @@
 #include <QGroupBox>
 #include <QLabel>
 
+#include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <optional>
 
 namespace {
@@ -64,8 +66,8 @@ CpuInfo currentCpuInfo(const QString &unknown)
     return cpuinfo.open(QIODevice::ReadOnly) ? readCpuInfo(cpuinfo, info) : info;
 }
 
-/// What is in /proc/meminfo; nothing when it can't be read. Not read through a QFile, whose own work at every
-/// tick would take half as long as the kernel's.
+/// What can be read of /proc/meminfo; nothing when it can't be opened. Not read through a QFile, whose own
+/// work at every tick would take half as long as the kernel's.
 std::optional<QByteArray> currentMeminfo()
 {
     const int file = open("/proc/meminfo", O_RDONLY | O_CLOEXEC);
@@ -74,14 +76,16 @@ std::optional<QByteArray> currentMeminfo()
     QByteArray content(8192, Qt::Uninitialized);
     ssize_t length = 0;
     ssize_t count = 0;
-    while ((count = read(file, content.data() + length, static_cast<size_t>(content.size() - length))) > 0) {
-        length += count;
+    do {
         if (length == content.size())
             content.resize(2 * content.size());
-    }
+        count = read(file, content.data() + length, static_cast<size_t>(content.size() - length));
+        length += std::max<ssize_t>(count, 0);
+    } while (count > 0 || (count < 0 && errno == EINTR));
+    const bool isDirectory = count < 0 && errno == EISDIR;
     close(file);
     content.truncate(static_cast<int>(length));
-    return count < 0 ? std::optional<QByteArray>() : content;
+    return isDirectory ? std::optional<QByteArray>() : content;
 }
 
 /// The suffix is the same in every language, so it is no part of the translated texts.

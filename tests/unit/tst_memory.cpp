@@ -84,7 +84,11 @@ void tst_Memory::freeMemory_data()
     QTest::newRow("key at the end of the file") << QByteArray("MemFree: 4096 kB\nBuffers:") << "4";
     QTest::newRow("all on one line") << QByteArray("MemFree: 1024 Buffers: 1024 Cached: 1024") << "3";
     QTest::newRow("any white space between words")
-        << QByteArray("MemFree:\t1024 kB\r\nBuffers:\v1024\fCached: \t 1024") << "3";
+        << QByteArray("MemFree:\n1024\tkB\r\nBuffers:\v1024\fCached: \t 1024") << "3";
+    QTest::newRow("white space of Latin-1") << QByteArray("MemFree:\xa0"
+                                                          "1024\x85"
+                                                          "Cached: 1024")
+                                            << "2";
     QTest::newRow("zero byte is no white space")
         << QByteArray("MemFree:\0 9999 kB\nCached: 2048 kB\n", 34) << "2";
     QTest::newRow("divided toward zero") << QByteArray("MemFree: -2047 kB\n") << "-1";
