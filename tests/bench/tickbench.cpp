@@ -38,13 +38,14 @@ QString recordFile()
     return qEnvironmentVariable("BENCH_WORK");
 }
 
-/// A file that is written while a tick is measured would weigh more than what the General page does in one.
+/// Whether the work is written down from now on: in a measured tick that would weigh more than what the
+/// General page does.
 void recordWork(bool isWanted)
 {
-    const auto recordWork = reinterpret_cast<void (*)(int)>(dlsym(RTLD_DEFAULT, "record_work"));
-    if (!recordWork)
+    const auto recorder = reinterpret_cast<void (*)(int)>(dlsym(RTLD_DEFAULT, "record_work"));
+    if (!recorder)
         qFatal("workrecorder is not preloaded");
-    recordWork(isWanted ? 1 : 0);
+    recorder(isWanted ? 1 : 0);
 }
 
 /// The C program that does the work of one tick whenever it is asked.

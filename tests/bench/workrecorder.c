@@ -82,13 +82,18 @@ FILE *fopen(const char *path, const char *mode)
     return REAL(fopen)(path, mode);
 }
 
-/* The mode is there only for a file that may be made. */
+/* Only for a file that may be made. O_TMPFILE has the bit of O_DIRECTORY in it. */
+static int has_mode(int flags)
+{
+    return (flags & O_CREAT) || (flags & O_TMPFILE) == O_TMPFILE;
+}
+
 #define OPEN(function)                                                                                       \
     int function(const char *path, int flags, ...)                                                           \
     {                                                                                                        \
         va_list rest;                                                                                        \
         va_start(rest, flags);                                                                               \
-        const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) ? (mode_t)va_arg(rest, int) : 0;                 \
+        const mode_t mode = has_mode(flags) ? (mode_t)va_arg(rest, int) : 0;                                 \
         va_end(rest);                                                                                        \
         record_file(path);                                                                                   \
         static __typeof__(&function) real;                                                                   \
