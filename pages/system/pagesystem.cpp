@@ -82,10 +82,9 @@ std::optional<QByteArray> currentMeminfo()
         count = read(file, content.data() + length, static_cast<size_t>(content.size() - length));
         length += std::max<ssize_t>(count, 0);
     } while (count > 0 || (count < 0 && errno == EINTR));
-    const bool isDirectory = count < 0 && errno == EISDIR;
     close(file);
     content.truncate(static_cast<int>(length));
-    return isDirectory ? std::optional<QByteArray>() : content;
+    return content;
 }
 
 /// The suffix is the same in every language, so it is no part of the translated texts.

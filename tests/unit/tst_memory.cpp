@@ -3,7 +3,32 @@
 
 #include <QTest>
 
+#include <cerrno>
+#include <utility>
+
 #include <sys/sysinfo.h>
+#include <unistd.h>
+
+namespace {
+
+/// What the next read fails with; 0 for one that does not.
+int nextError = 0;
+
+} // namespace
+
+extern "C" {
+// NOLINTBEGIN(bugprone-reserved-identifier)
+ssize_t __real_read(int file, void *buffer, size_t size);
+
+ssize_t __wrap_read(int file, void *buffer, size_t size)
+{
+    if (nextError == 0)
+        return __real_read(file, buffer, size);
+    errno = std::exchange(nextError, 0);
+    return -1;
+}
+// NOLINTEND(bugprone-reserved-identifier)
+}
 
 class tst_Memory : public QObject {
     Q_OBJECT
@@ -15,6 +40,8 @@ private Q_SLOTS:
     void freeMemory();
     void totalMemoryOfTheLiveMachine();
     void freeMemoryOfTheLiveMachine();
+    void goesOnAfterAnInterruptedRead();
+    void isUnknownWhenReadingFails();
 };
 
 void tst_Memory::totalMemory_data()
@@ -121,6 +148,24 @@ void tst_Memory::freeMemoryOfTheLiveMachine()
     // Buffers and cache come on top of the free pages; other programs go on meanwhile.
     QVERIFY2(shown > freeKilobytes / 1024 * 0.9, qPrintable(pageSystem::readFreeMemory()));
     QVERIFY2(shown <= totalKilobytes / 1024, qPrintable(pageSystem::readFreeMemory()));
+}
+
+void tst_Memory::goesOnAfterAnInterruptedRead()
+{
+    nextError = EINTR;
+    QVERIFY(pageSystem::readTotalMemory().toDouble() > 0);
+    QCOMPARE(nextError, 0);
+    nextError = EINTR;
+    QVERIFY(pageSystem::readFreeMemory().toDouble() > 0);
+}
+
+void tst_Memory::isUnknownWhenReadingFails()
+{
+    nextError = EIO;
+    QCOMPARE(pageSystem::readTotalMemory(), QStringLiteral("Unknown"));
+    // "FileError" is for a file that can't be opened.
+    nextError = EIO;
+    QCOMPARE(pageSystem::readFreeMemory(), QStringLiteral("0"));
 }
 
 QTEST_APPLESS_MAIN(tst_Memory)
