@@ -7,8 +7,28 @@
 
 #include <QFile>
 #include <QObject>
-#include <QRegularExpression>
 #include <QTextStream>
+
+#include <algorithm>
+
+namespace {
+
+/// The word that follows the keyword, with which the line starts, and white space; an empty one at the end of
+/// the line. Nothing when the keyword stands alone or is the start of a longer word. By hand, as the library
+/// for regular expressions would have to be loaded for this alone.
+std::optional<QString> wordAfter(QLatin1String keyword, const QString &line)
+{
+    if (!line.startsWith(keyword))
+        return {};
+    const auto isSpace = [](QChar character) { return character.isSpace(); };
+    const auto rest = line.cbegin() + keyword.size();
+    const auto word = std::find_if_not(rest, line.cend(), isSpace);
+    if (word == rest)
+        return {};
+    return QString(word, static_cast<int>(std::find_if(word, line.cend(), isSpace) - word));
+}
+
+} // namespace
 
 QStringList candidateInterfaces()
 {
@@ -66,12 +86,9 @@ QString parseSearchDomain(QIODevice &resolverConfiguration)
 {
     QTextStream stream(&resolverConfiguration);
     useLocaleEncoding(stream);
-    static const QRegularExpression whiteSpace(QStringLiteral("\\s+"),
-                                               QRegularExpression::UseUnicodePropertiesOption);
     while (!stream.atEnd()) {
-        const QStringList parts = stream.readLine().split(whiteSpace);
-        if (parts.size() > 1 && parts.constFirst() == QLatin1String("search"))
-            return parts.at(1);
+        if (const std::optional<QString> domain = wordAfter(QLatin1String("search"), stream.readLine()))
+            return *domain;
     }
     return {};
 }

@@ -5,9 +5,9 @@
 #include "pages/system/megabytes.h"
 
 #include <QFile>
-#include <QRegularExpression>
 #include <QStringList>
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace {
@@ -26,8 +26,10 @@ QString withoutLastCharacter(QString text)
 /// A word of a shell command. The kernel's names stay as they are; anything else is kept from the shell.
 QString shellWord(QString word)
 {
-    static const QRegularExpression plain(QStringLiteral("\\A[A-Za-z0-9_.:+-]*\\z"));
-    if (plain.match(word).hasMatch())
+    const auto isPlain = [](QChar character) {
+        return character.isLetterOrNumber() || QStringLiteral("_.:+-").contains(character);
+    };
+    if (std::all_of(word.cbegin(), word.cend(), isPlain))
         return word;
     return QLatin1Char('\'') + word.replace(QLatin1Char('\''), QLatin1String("'\\''")) + QLatin1Char('\'');
 }
