@@ -2,20 +2,44 @@
 
 #include "app/asciitext.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {
 
-QStringList linesOf(const QByteArray &bytes)
+bool isSpace(char latin1)
 {
-    return asciiText(bytes).split(QLatin1Char('\n'));
+    return QChar(QLatin1Char(latin1)).isSpace();
+}
+
+/// The lines of the bytes up to the first zero byte, where they stand.
+std::vector<QLatin1String> textLines(const QByteArray &bytes)
+{
+    std::vector<QLatin1String> lines;
+    const char *line = bytes.constData();
+    const char *const end = line + qstrlen(line);
+    while (line < end) {
+        const char *const lineEnd = std::find(line, end, '\n');
+        lines.emplace_back(line, lineEnd);
+        line = lineEnd == end ? end : lineEnd + 1;
+    }
+    return lines;
+}
+
+QLatin1String trimmed(QLatin1String text)
+{
+    const char *begin = std::find_if_not(text.begin(), text.end(), isSpace);
+    const char *end = text.end();
+    while (end > begin && isSpace(end[-1]))
+        --end;
+    return QLatin1String(begin, end);
 }
 
 } // namespace
 
 QStringList packageQueryArguments(const QByteArray &packageNames)
 {
-    const QStringList names = linesOf(packageNames);
+    const QStringList names = asciiText(packageNames).split(QLatin1Char('\n'));
     QStringList arguments{QStringLiteral("-W")};
     // Nothing splits into one empty name, too, and that would ask for no package at all.
     if (names != QStringList{QString()})
@@ -23,32 +47,30 @@ QStringList packageQueryArguments(const QByteArray &packageNames)
     return arguments;
 }
 
-QList<QStringList> packageRows(const QByteArray &queryOutput)
+std::vector<PackageRow> packageRows(const QByteArray &queryOutput)
 {
-    const QString text = asciiText(queryOutput) + QLatin1Char('\n');
-    QList<QStringList> rows;
-    QStringList row;
-    auto fieldStart = text.cbegin();
-    for (auto character = text.cbegin(); character != text.cend(); ++character) {
-        if (!character->isSpace())
-            continue;
-        if (character > fieldStart)
-            row.append(QString(fieldStart, static_cast<int>(character - fieldStart)));
-        fieldStart = character + 1;
-        if (*character == QLatin1Char('\n') && !row.isEmpty())
-            rows.append(std::exchange(row, {}));
+    std::vector<PackageRow> rows;
+    for (const QLatin1String line : textLines(queryOutput)) {
+        PackageRow row;
+        const char *field = std::find_if_not(line.begin(), line.end(), isSpace);
+        while (field != line.end()) {
+            const char *const fieldEnd = std::find_if(field, line.end(), isSpace);
+            row.emplace_back(field, fieldEnd);
+            field = std::find_if_not(fieldEnd, line.end(), isSpace);
+        }
+        if (!row.empty())
+            rows.push_back(std::move(row));
     }
     return rows;
 }
 
-QList<QStringList> addonRows(const QByteArray &toolOutput)
+std::vector<PackageRow> addonRows(const QByteArray &toolOutput)
 {
-    QList<QStringList> rows;
-    const QStringList lines = linesOf(toolOutput);
-    for (const QString &line : lines) {
-        const QString addon = line.trimmed();
+    std::vector<PackageRow> rows;
+    for (const QLatin1String line : textLines(toolOutput)) {
+        const QLatin1String addon = trimmed(line);
         if (!addon.isEmpty() && !addon.startsWith(QLatin1String("The Orvo packages")))
-            rows.append({addon});
+            rows.push_back({addon});
     }
     return rows;
 }

@@ -1,7 +1,9 @@
 #pragma once
 
-#include <QList>
+#include <QLatin1String>
 #include <QStringList>
+
+#include <vector>
 
 class QByteArray;
 
@@ -10,10 +12,13 @@ class QByteArray;
 /// every installed package.
 QStringList packageQueryArguments(const QByteArray &packageNames);
 
-/// The fields of every line that the package query printed, Latin-1 text up to the first zero byte; lines
-/// without any field are left out.
-QList<QStringList> packageRows(const QByteArray &queryOutput);
+/// The texts of a row, which stand in the output of a tool: the row is good as long as the output is.
+using PackageRow = std::vector<QLatin1String>;
 
-/// One row with the trimmed line for each line that the add-on tool printed, Latin-1 text up to the first
-/// zero byte; without the tool's headings and without blank lines.
-QList<QStringList> addonRows(const QByteArray &toolOutput);
+/// The fields of every line that the package query printed, up to the first zero byte; lines without any
+/// field are left out.
+std::vector<PackageRow> packageRows(const QByteArray &queryOutput);
+
+/// One row with the trimmed line for each line that the add-on tool printed, up to the first zero byte;
+/// without the tool's headings and without blank lines.
+std::vector<PackageRow> addonRows(const QByteArray &toolOutput);

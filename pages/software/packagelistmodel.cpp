@@ -6,31 +6,24 @@
 
 namespace {
 
-/// A cell that shows its text as it is. It shares the text with the rows, while an ordinary item would copy
-/// it into a table of roles, which is most of the work of filling a long list. It can't be cloned.
+/// A cell that shows a text where it stands, or another one that it is given. An ordinary item would copy the
+/// text into a table of roles, which is most of the work of filling a long list. It can't be cloned.
 class TextItem : public QStandardItem {
 public:
-    explicit TextItem(const QString &text)
+    explicit TextItem(QLatin1String text)
         : shownText(text)
     {
     }
 
-    QVariant data(int role) const override { return isText(role) ? shownText : QStandardItem::data(role); }
-
-    void setData(const QVariant &value, int role) override
+    QVariant data(int role) const override
     {
-        if (!isText(role)) {
-            QStandardItem::setData(value, role);
-            return;
-        }
-        shownText = value.toString();
-        emitDataChanged();
+        const QVariant given = QStandardItem::data(role);
+        const bool isText = role == Qt::DisplayRole || role == Qt::EditRole;
+        return isText && !given.isValid() ? QString(shownText) : given;
     }
 
 private:
-    static bool isText(int role) { return role == Qt::DisplayRole || role == Qt::EditRole; }
-
-    QString shownText;
+    QLatin1String shownText;
 };
 
 int longestRow(const std::vector<PackageListModel::Row> &rows)
@@ -55,14 +48,14 @@ void PackageListModel::removeAllRows()
     removeRows(0, rowCount());
 }
 
-std::vector<PackageListModel::Row> PackageListModel::createRows(const QList<QStringList> &texts)
+std::vector<PackageListModel::Row> PackageListModel::createRows(const std::vector<PackageRow> &texts)
 {
     std::vector<Row> rows;
-    rows.reserve(static_cast<size_t>(texts.size()));
-    for (const QStringList &rowTexts : texts) {
+    rows.reserve(texts.size());
+    for (const PackageRow &rowTexts : texts) {
         Row &row = rows.emplace_back();
-        row.reserve(static_cast<size_t>(rowTexts.size()));
-        for (const QString &text : rowTexts)
+        row.reserve(rowTexts.size());
+        for (const QLatin1String text : rowTexts)
             row.push_back(std::make_unique<TextItem>(text));
     }
     return rows;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "pages/software/packagelist.h"
+
 #include <QStandardItemModel>
 
 #include <memory>
@@ -17,8 +19,9 @@ public:
 
     using Row = std::vector<std::unique_ptr<QStandardItem>>;
 
-    /// New rows of one item per text, which belong to no model yet.
-    static std::vector<Row> createRows(const QList<QStringList> &texts);
+    /// New rows of one item per text, which belong to no model yet. The items show the texts where these
+    /// stand and don't copy them.
+    static std::vector<Row> createRows(const std::vector<PackageRow> &texts);
 
     /// Adds the rows; the model gets as many columns as the longest of them needs. It reports all rows at
     /// once, so that a view measures and arranges its columns once.

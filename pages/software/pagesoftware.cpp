@@ -1,7 +1,6 @@
 #include "pages/software/pagesoftware.h"
 
 #include "app/waitingwork.h"
-#include "pages/software/packagelist.h"
 #include "pages/software/packagelistmodel.h"
 #include "pages/software/packagelistview.h"
 
@@ -156,17 +155,17 @@ void pageSoftware::rebuild(PackageListView *view, Inventory &inventory, RowsOfOu
                            const QString &program, const QStringList &arguments)
 {
     packageProcess->start(program, arguments);
-    // While the program works, the old rows go and new ones are made of what it printed the last time.
+    // While the program works, the old rows go and new ones are made of what it printed the last time: as a
+    // rule it prints the same again.
     inventory.model->removeAllRows();
-    std::vector<PackageListModel::Row> rows = PackageListModel::createRows(inventory.rows);
+    std::vector<PackageListModel::Row> rows = PackageListModel::createRows(rowsOf(inventory.output));
     waitForFinished(*packageProcess, toolLimits.query);
     const QByteArray output = packageProcess->readAllStandardOutput();
     stop(packageProcess);
 
     if (output != inventory.output) {
         inventory.output = output;
-        inventory.rows = rowsOf(output);
-        rows = PackageListModel::createRows(inventory.rows);
+        rows = PackageListModel::createRows(rowsOf(inventory.output));
         view->forgetColumnWidths();
     }
     inventory.model->appendRows(std::move(rows));

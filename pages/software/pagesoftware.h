@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QList>
-#include <QStringList>
+#include "pages/software/packagelist.h"
+
 #include <QWidget>
 
 class PackageListModel;
@@ -27,13 +27,12 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
-    /// What a program printed and the rows that it gives: as a rule it prints the same at every refresh.
+    /// What a program printed, which the rows of the model show.
     struct Inventory {
         PackageListModel *model = nullptr;
         QByteArray output;
-        QList<QStringList> rows;
     };
-    using RowsOfOutput = QList<QStringList> (*)(const QByteArray &output);
+    using RowsOfOutput = std::vector<PackageRow> (*)(const QByteArray &output);
 
     void createLayout();
     void refreshMainSoftware();

@@ -3,15 +3,24 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <algorithm>
+
 namespace {
 
 /// The rows on one line: fields between "|", rows between " / ".
-QString joined(const QList<QStringList> &rows)
+QString joined(const std::vector<PackageRow> &rows)
 {
     QStringList lines;
-    for (const QStringList &row : rows)
-        lines.append(row.join(QLatin1Char('|')));
+    for (const PackageRow &row : rows)
+        lines.append(QStringList(row.cbegin(), row.cend()).join(QLatin1Char('|')));
     return lines.join(QLatin1String(" / "));
+}
+
+/// The only row of the output.
+QStringList onlyRow(const QByteArray &output)
+{
+    const std::vector<PackageRow> rows = packageRows(output);
+    return rows.size() == 1 ? QStringList(rows.front().cbegin(), rows.front().cend()) : QStringList();
 }
 
 } // namespace
@@ -107,10 +116,10 @@ void tst_PackageList::packageRows_data()
 void tst_PackageList::packageRows()
 {
     QFETCH(QByteArray, output);
-    const QList<QStringList> rows = ::packageRows(output);
+    const std::vector<PackageRow> rows = ::packageRows(output);
     QTEST(joined(rows), "rows");
-    for (const QStringList &row : rows)
-        QVERIFY(!row.contains(QString()));
+    for (const PackageRow &row : rows)
+        QVERIFY(std::find(row.cbegin(), row.cend(), QLatin1String()) == row.cend());
 }
 
 void tst_PackageList::fieldsEndAtUnicodeWhiteSpace_data()
@@ -128,10 +137,9 @@ void tst_PackageList::fieldsEndAtUnicodeWhiteSpace()
     const QString line = QLatin1Char('a') + QString(QLatin1Char(byte)) + QLatin1Char('b');
     const QRegularExpression whiteSpace(QStringLiteral("\\s+"),
                                         QRegularExpression::UseUnicodePropertiesOption);
-    QCOMPARE(::packageRows(line.toLatin1()), QList<QStringList>{line.split(whiteSpace)});
+    QCOMPARE(onlyRow(line.toLatin1()), line.split(whiteSpace));
     const QString surrounded = QString(QLatin1Char(byte)) + QLatin1Char('b') + QLatin1Char(byte);
-    QCOMPARE(::packageRows(surrounded.toLatin1()),
-             QList<QStringList>{surrounded.trimmed().split(whiteSpace)});
+    QCOMPARE(onlyRow(surrounded.toLatin1()), surrounded.trimmed().split(whiteSpace));
 }
 
 void tst_PackageList::addonRows_data()
@@ -165,10 +173,10 @@ void tst_PackageList::addonRows_data()
 void tst_PackageList::addonRows()
 {
     QFETCH(QByteArray, output);
-    const QList<QStringList> rows = ::addonRows(output);
+    const std::vector<PackageRow> rows = ::addonRows(output);
     QTEST(joined(rows), "rows");
-    for (const QStringList &row : rows)
-        QCOMPARE(row.size(), 1);
+    for (const PackageRow &row : rows)
+        QCOMPARE(row.size(), size_t(1));
 }
 
 QTEST_APPLESS_MAIN(tst_PackageList)

@@ -11,12 +11,26 @@ QStringList twoHeaders()
     return {QStringLiteral("Name"), QStringLiteral("Version")};
 }
 
-QList<QStringList> rowsOf(const char *text)
+/// The parts of a text, which has to stay, between the marks; none of an empty text.
+std::vector<QLatin1String> parts(QLatin1String text, char mark)
 {
-    QList<QStringList> rows;
-    const QStringList lines = QString::fromLatin1(text).split(QLatin1Char('/'), Qt::SkipEmptyParts);
-    for (const QString &line : lines)
-        rows.append(line.split(QLatin1Char('|')));
+    std::vector<QLatin1String> found;
+    const char *part = text.begin();
+    for (const char *character = part; !text.isEmpty() && character <= text.end(); ++character) {
+        if (character == text.end() || *character == mark) {
+            found.emplace_back(part, character);
+            part = character + 1;
+        }
+    }
+    return found;
+}
+
+/// Rows of a text, which has to stay: "/" ends a row, "|" a cell.
+std::vector<PackageRow> rowsOf(const char *text)
+{
+    std::vector<PackageRow> rows;
+    for (const QLatin1String row : parts(QLatin1String(text), '/'))
+        rows.push_back(parts(row, '|'));
     return rows;
 }
 

@@ -24,12 +24,13 @@ public:
     mutable int measured = 0;
 };
 
-QList<QStringList> manyRows(int count)
+/// What the package query prints.
+QByteArray manyRows(int count)
 {
-    QList<QStringList> rows;
+    QByteArray lines;
     for (int row = 0; row < count; ++row)
-        rows.append({QStringLiteral("package-%1").arg(row), QStringLiteral("1.%1").arg(row)});
-    return rows;
+        lines += QStringLiteral("package-%1\t1.%1\n").arg(row).toLatin1();
+    return lines;
 }
 
 } // namespace
@@ -51,9 +52,10 @@ private Q_SLOTS:
     void scrollsToTheStart();
 
 private:
-    void fill(const QList<QStringList> &rows);
+    void fill(const QByteArray &rows);
     void arrange();
 
+    QByteArray content; ///< which the model shows
     std::unique_ptr<PackageListModel> model;
     std::unique_ptr<PackageListView> view;
     CountingDelegate *delegate = nullptr;
@@ -79,10 +81,11 @@ void tst_PackageListView::cleanup()
     model.reset();
 }
 
-void tst_PackageListView::fill(const QList<QStringList> &rows)
+void tst_PackageListView::fill(const QByteArray &rows)
 {
     model->removeAllRows();
-    model->appendRows(PackageListModel::createRows(rows));
+    content = rows;
+    model->appendRows(PackageListModel::createRows(packageRows(content)));
     arrange();
 }
 
@@ -119,7 +122,7 @@ void tst_PackageListView::measuresAnotherContent()
     fill(manyRows(5));
     const int width = view->columnWidth(0);
     view->forgetColumnWidths();
-    fill({{QString(100, QLatin1Char('w')), QString()}});
+    fill(QByteArray(100, 'w'));
     QVERIFY(view->columnWidth(0) > 2 * width);
     view->forgetColumnWidths();
     fill(manyRows(5));
@@ -139,24 +142,21 @@ void tst_PackageListView::measuresInAnotherFont()
 
 void tst_PackageListView::fitsTheWidestOfAllRows()
 {
-    QList<QStringList> rows = manyRows(3000);
-    const QString longName(60, QLatin1Char('w'));
-    rows[2000].first() = longName;
-    fill(rows);
-    QVERIFY(view->columnWidth(0) >= view->fontMetrics().horizontalAdvance(longName));
+    const QByteArray longName(60, 'w');
+    fill(manyRows(2000) + longName + "\t1\n" + manyRows(1000));
+    QVERIFY(view->columnWidth(0) >= view->fontMetrics().horizontalAdvance(QString::fromLatin1(longName)));
 }
 
 void tst_PackageListView::findsTheWidestTextNotTheLongest()
 {
-    const QString longText(60, QLatin1Char('i'));
-    const QString wideText(40, QLatin1Char('W'));
-    QVERIFY(view->fontMetrics().horizontalAdvance(wideText)
-            > view->fontMetrics().horizontalAdvance(longText));
-    QList<QStringList> rows{{wideText, QString()}};
-    for (int row = 0; row < 100; ++row)
-        rows.prepend({longText, QString()});
-    fill(rows);
-    QVERIFY(view->columnWidth(0) >= view->fontMetrics().horizontalAdvance(wideText));
+    const QByteArray longText(60, 'i');
+    const QByteArray wideText(40, 'W');
+    const auto width = [this](const QByteArray &text) {
+        return view->fontMetrics().horizontalAdvance(QString::fromLatin1(text));
+    };
+    QVERIFY(width(wideText) > width(longText));
+    fill((longText + '\n').repeated(100) + wideText);
+    QVERIFY(view->columnWidth(0) >= width(wideText));
 }
 
 void tst_PackageListView::measuresFewOfManyRows()
@@ -168,7 +168,7 @@ void tst_PackageListView::measuresFewOfManyRows()
 
 void tst_PackageListView::scrollsToTheStart()
 {
-    fill({{QString(100, QLatin1Char('w')), QStringLiteral("1")}});
+    fill(QByteArray(100, 'w') + "\t1\n");
     fill(manyRows(500));
     view->horizontalScrollBar()->setValue(50);
     view->verticalScrollBar()->setValue(100);
