@@ -37,9 +37,9 @@ public:
 };
 
 /// Qt keeps what it loads for the first question about a font.
-void loadFont(const QFont &font)
+void loadFont()
 {
-    QFontMetrics(font).boundingRect(QLatin1Char('A'));
+    QFontMetrics(QApplication::font()).boundingRect(QLatin1Char('A'));
 }
 
 } // namespace
@@ -73,8 +73,8 @@ void SysInfoHelper::createTabs()
 
 void SysInfoHelper::createPages()
 {
-    // While a page waits for its commands, the tabs are made, the fonts loaded, and the page before it is put
-    // into its place.
+    // While a page waits for its commands, the tabs are made, the font is loaded, and the page before it is
+    // put into its place.
     WaitingWork work;
     work.add([this] {
         setWindowIcon(QIcon(QStringLiteral("/usr/share/icewm/icons/sysinfo_32x32.xpm")));
@@ -83,8 +83,7 @@ void SysInfoHelper::createPages()
     const auto addWhileWaiting = [&](QWidget *page, const QString &label) {
         work.add([this, page, label] { addPage(page, label); });
     };
-    for (const QFont &font : {QApplication::font(), pageNetTools::logFont(), pageNetwork::captionFont()})
-        work.add([font] { loadFont(font); });
+    work.add(loadFont);
     addWhileWaiting(new pageSystem(this), QObject::tr("General"));
     addWhileWaiting(new pageNetwork(this), QObject::tr("Network"));
     addWhileWaiting(new pageNetTools(this), QObject::tr("Net Tools"));

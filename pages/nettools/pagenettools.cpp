@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStackedLayout>
+#include <QTextDocument>
 #include <QTextEdit>
 #include <QVBoxLayout>
 
@@ -24,11 +25,17 @@ namespace {
 
 enum Tool { Ping, DnsLookup, TraceRoute };
 
+QFont logFont()
+{
+    QFont font(QStringLiteral("Courier"), 10, QFont::Normal, false);
+    font.setFixedPitch(true);
+    return font;
+}
+
 } // namespace
 
 pageNetTools::pageNetTools(QWidget *parent)
     : QWidget(parent)
-    , addressValidator(QRegularExpression(QStringLiteral("[0-9.]+")))
     , nameServers(readNameServers())
 {
     // The widgets can wait until the next page asks for the packages, which takes longer.
@@ -42,13 +49,6 @@ pageNetTools::pageNetTools(QWidget *parent)
 pageNetTools::~pageNetTools()
 {
     endTool();
-}
-
-QFont pageNetTools::logFont()
-{
-    QFont font(QStringLiteral("Courier"), 10, QFont::Normal, false);
-    font.setFixedPitch(true);
-    return font;
 }
 
 void pageNetTools::endTool()
@@ -125,6 +125,9 @@ QTextEdit *pageNetTools::createLogView()
     // Without an undo history of everything that a tool has ever printed.
     logView->setUndoRedoEnabled(false);
     logView->setLineWrapMode(QTextEdit::NoWrap);
+    // Again the size with which the view began, which keeps the text from being laid out, and the log's font
+    // from being loaded for that, until the view is shown.
+    logView->document()->setPageSize(QSizeF(0, 0));
     logView->setFrameStyle(QFrame::Box | QFrame::Sunken);
     logView->setFont(logFont());
     return logView;

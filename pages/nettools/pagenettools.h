@@ -1,7 +1,8 @@
 #pragma once
 
+#include "pages/nettools/addressvalidator.h"
+
 #include <QProcess>
-#include <QRegularExpressionValidator>
 #include <QWidget>
 
 class DnsLookupPanel;
@@ -22,9 +23,6 @@ class pageNetTools : public QWidget {
 public:
     explicit pageNetTools(QWidget *parent);
     ~pageNetTools() override;
-
-    /// The font that the log begins with.
-    static QFont logFont();
 
 private Q_SLOTS:
     void handleProcessAction();
@@ -66,7 +64,7 @@ private:
     QRadioButton *pingButton;
     QRadioButton *dnsLookupButton;
     QRadioButton *traceRouteButton;
-    QRegularExpressionValidator addressValidator;
+    AddressValidator addressValidator;
     /// Those that there were when the page was made, separated by single blanks.
     QString nameServers;
     PingPanel *pingPanel;

@@ -20,7 +20,7 @@ QTableWidgetItem *createItem(const QString &text)
 } // namespace
 
 NetStatsView::NetStatsView(QWidget *parent)
-    : QTableWidget(parent)
+    : ArrangedWhenShown(parent)
 {
     setLineWidth(1);
     setMidLineWidth(1);

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "app/arrangedwhenshown.h"
+
 #include <QTableWidget>
 
 class QTextStream;
 
 /// The table of the interface's traffic counters, received and transmitted, as the kernel counts them.
 /// It shows eth0, whichever interface the page shows, and "???" for what was never read.
-class NetStatsView : public QTableWidget {
+class NetStatsView : public ArrangedWhenShown<QTableWidget> {
 public:
     explicit NetStatsView(QWidget *parent);
 

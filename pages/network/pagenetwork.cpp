@@ -9,7 +9,6 @@
 #include "pages/network/networkdevice.h"
 #include "pages/network/networksettings.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -56,14 +55,6 @@ pageNetwork::pageNetwork(QWidget *parent)
 pageNetwork::~pageNetwork()
 {
     killTimer(refreshTimerId);
-}
-
-QFont pageNetwork::captionFont()
-{
-    // A header measures its captions as if they were bold.
-    QFont font = QApplication::font("QHeaderView");
-    font.setBold(true);
-    return font;
 }
 
 void pageNetwork::deviceSelected(const QString &label)

@@ -17,9 +17,6 @@ public:
     explicit pageNetwork(QWidget *parent);
     ~pageNetwork() override;
 
-    /// The font that the counters' captions are measured with.
-    static QFont captionFont();
-
 public Q_SLOTS:
     /// Shows the facts of the interface with this name anew and reads the counters, which stay eth0's. The
     /// gateway and the DNS settings wait for the next refresh.

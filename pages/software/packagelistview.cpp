@@ -49,11 +49,31 @@ private:
     std::array<qreal, 256> widths;
 };
 
+/// The header that a tree view has, but it leaves its captions unmeasured until it is shown; then Qt has the
+/// sections resized.
+class Header : public QHeaderView {
+public:
+    explicit Header(QWidget *parent)
+        : QHeaderView(Qt::Horizontal, parent)
+    {
+        setSectionsMovable(true);
+        setStretchLastSection(true);
+        setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    }
+
+protected:
+    QSize sectionSizeFromContents(int section) const override
+    {
+        return isVisible() ? QHeaderView::sectionSizeFromContents(section) : QSize(0, 0);
+    }
+};
+
 } // namespace
 
 PackageListView::PackageListView(QWidget *parent)
-    : QTreeView(parent)
+    : ArrangedWhenShown(parent)
 {
+    setHeader(new Header(this));
     setRootIsDecorated(false);
     setAlternatingRowColors(true);
     setEditTriggers(NoEditTriggers);
@@ -80,6 +100,8 @@ bool PackageListView::event(QEvent *event)
 
 int PackageListView::sizeHintForColumn(int column) const
 {
+    if (!isVisible())
+        return -1;
     const auto index = static_cast<size_t>(column);
     if (columnWidths.size() <= index)
         columnWidths.resize(index + 1, -1);

@@ -202,7 +202,7 @@ void pageSystem::gatherSystemInfo()
 {
     gatherProcessor();
     {
-        // The fonts are loaded while the DMI tables are read, which takes longest.
+        // The font is loaded while the DMI tables are read, which takes longest.
         const WaitingWork::Pause pause;
         memoryInstalledValue->setText(withMegabytes(readTotalMemory().trimmed()));
         gatherFlash();

@@ -53,8 +53,11 @@ private Q_SLOTS:
 
     void fillsEveryPageInTheOrderOfTheTabsBeforeItIsSeen();
     void loadsNoImageFormats();
+    void loadsOneFont();
 
 private:
+    QByteArray mappedFiles();
+
     std::unique_ptr<Desktop> m_desktop;
 };
 
@@ -109,6 +112,19 @@ void tst_StartUp::fillsEveryPageInTheOrderOfTheTabsBeforeItIsSeen()
     }
 }
 
+/// Those of the program when its window has been painted and for a moment afterwards, a line for each piece.
+QByteArray tst_StartUp::mappedFiles()
+{
+    const QTemporaryDir runtimeDirectory;
+    Program program(*m_desktop, runtimeDirectory.path());
+    program.launch();
+    const quint32 window = m_desktop->waitForWindow(title, 30000);
+    const bool isPainted = QTest::qWaitFor([&] { return isFilled(m_desktop->picture(window)); }, 30000);
+    QTest::qWait(500);
+    QFile maps(QStringLiteral("/proc/%1/maps").arg(program.processId()));
+    return isPainted && maps.open(QIODevice::ReadOnly) ? maps.readAll() : QByteArray();
+}
+
 void tst_StartUp::loadsNoImageFormats()
 {
     QStringList formats;
@@ -116,16 +132,23 @@ void tst_StartUp::loadsNoImageFormats()
         formats += QDir(path + QStringLiteral("/imageformats")).entryList({QStringLiteral("*.so")});
     QVERIFY(!formats.isEmpty());
 
-    const QTemporaryDir runtimeDirectory;
-    Program program(*m_desktop, runtimeDirectory.path());
-    program.launch();
-    const quint32 window = m_desktop->waitForWindow(title, 30000);
-    QTRY_VERIFY(isFilled(m_desktop->picture(window)));
-    QFile maps(QStringLiteral("/proc/%1/maps").arg(program.processId()));
-    QVERIFY(maps.open(QIODevice::ReadOnly));
-    const QByteArray files = maps.readAll();
+    const QByteArray files = mappedFiles();
     QVERIFY(files.contains("/platforms/"));
     QVERIFY(!files.contains("/imageformats/"));
+}
+
+void tst_StartUp::loadsOneFont()
+{
+    // The bold one of the lists and the one of the log are for tabs that nobody has opened yet.
+    QSet<QByteArray> fonts;
+    const QList<QByteArray> lines = mappedFiles().split('\n');
+    for (const QByteArray &line : lines) {
+        for (const char *ending : {".ttf", ".ttc", ".otf", ".pfb", ".pcf.gz"}) {
+            if (line.endsWith(ending))
+                fonts.insert(line.mid(line.indexOf('/')));
+        }
+    }
+    QCOMPARE(fonts.size(), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_StartUp)

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QScopeGuard>
+#include <QScrollBar>
 #include <QStyleFactory>
 #include <QTest>
 #include <QTextStream>
@@ -41,6 +42,7 @@ private Q_SLOTS:
     void sizes_data();
     void sizes();
     void sizesAfterChangeOfStyle();
+    void sizesAfterChangesWhileHidden();
     void headers();
     void setRow();
     void noMetaObjectOfItsOwn();
@@ -142,6 +144,28 @@ void tst_NetStatsView::sizesAfterChangeOfStyle()
     QCOMPARE(view.rowHeight(14), 20);
     QCOMPARE(view.columnWidth(0), 174);
     QCOMPARE(view.horizontalHeader()->height(), 23);
+}
+
+void tst_NetStatsView::sizesAfterChangesWhileHidden()
+{
+    NetStatsView view(nullptr);
+    view.resize(300, 400);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    const QRect cells = view.viewport()->geometry();
+    QCOMPARE(cells.top(), view.horizontalHeader()->geometry().bottom() + 1);
+    QCOMPARE(view.horizontalHeader()->width(), cells.width());
+    QVERIFY(!view.verticalScrollBar()->isVisible());
+
+    view.hide();
+    view.horizontalHeader()->setFixedHeight(40);
+    view.setRowHeight(0, 400);
+    QCoreApplication::processEvents();
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    QCOMPARE(view.viewport()->geometry().top(), cells.top() + 40 - 23);
+    QVERIFY(view.verticalScrollBar()->isVisible());
+    QCOMPARE(view.verticalScrollBar()->maximum() > 0, true);
 }
 
 void tst_NetStatsView::headers()

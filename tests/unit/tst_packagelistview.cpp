@@ -50,6 +50,9 @@ private Q_SLOTS:
     void findsTheWidestTextNotTheLongest();
     void measuresFewOfManyRows();
     void scrollsToTheStart();
+    void measuresNothingWhileItIsHidden();
+    void fitsWhatCameWhileItWasHidden();
+    void hasTheHeaderOfATree();
 
 private:
     void fill(const QByteArray &rows);
@@ -178,6 +181,61 @@ void tst_PackageListView::scrollsToTheStart()
     QCOMPARE(view->horizontalScrollBar()->value(), 0);
     QCOMPARE(view->verticalScrollBar()->value(), 0);
     QCOMPARE(view->indexAt(QPoint(1, 1)), model->index(0, 0));
+}
+
+void tst_PackageListView::measuresNothingWhileItIsHidden()
+{
+    view->hide();
+    delegate->measured = 0;
+    fill(manyRows(500));
+    view->setFont(QFont(QStringLiteral("DejaVu Sans"), 30));
+    arrange();
+    QCOMPARE(delegate->measured, 0);
+}
+
+void tst_PackageListView::fitsWhatCameWhileItWasHidden()
+{
+    fill(manyRows(5));
+    const int width = view->columnWidth(0);
+    view->hide();
+    view->forgetColumnWidths();
+    fill(QByteArray(100, 'w') + "\t1\n" + manyRows(500));
+    view->show();
+    QVERIFY(QTest::qWaitForWindowExposed(view.get()));
+    QVERIFY(view->columnWidth(0) > 2 * width);
+    QVERIFY(view->verticalScrollBar()->isVisible());
+    QVERIFY(view->horizontalScrollBar()->isVisible());
+    QCOMPARE(view->indexAt(QPoint(1, 1)), model->index(0, 0));
+
+    view->hide();
+    view->forgetColumnWidths();
+    fill(manyRows(5));
+    view->show();
+    QVERIFY(QTest::qWaitForWindowExposed(view.get()));
+    QCOMPARE(view->columnWidth(0), width);
+    QVERIFY(!view->verticalScrollBar()->isVisible());
+    QVERIFY(!view->horizontalScrollBar()->isVisible());
+}
+
+void tst_PackageListView::hasTheHeaderOfATree()
+{
+    const QTreeView plain;
+    const QHeaderView *expected = plain.header();
+    const QHeaderView *header = view->header();
+    QCOMPARE(header->orientation(), expected->orientation());
+    QCOMPARE(header->sectionsMovable(), expected->sectionsMovable());
+    QCOMPARE(header->sectionsClickable(), expected->sectionsClickable());
+    QCOMPARE(header->highlightSections(), expected->highlightSections());
+    QCOMPARE(header->stretchLastSection(), expected->stretchLastSection());
+    QCOMPARE(header->defaultAlignment(), expected->defaultAlignment());
+    QCOMPARE(header->focusPolicy(), expected->focusPolicy());
+
+    // Its captions are measured, too.
+    fill("a\tb\n");
+    QFont bold = header->font();
+    bold.setBold(true);
+    QVERIFY(view->columnWidth(0) >= QFontMetrics(bold).horizontalAdvance(QStringLiteral("Name")));
+    QVERIFY(view->columnWidth(0) > view->sizeHintForIndex(model->index(0, 0)).width());
 }
 
 QTEST_MAIN(tst_PackageListView)

@@ -12,9 +12,12 @@
 #include <QMetaMethod>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QRegularExpressionValidator>
+#include <QScrollBar>
 #include <QSpinBox>
 #include <QStackedLayout>
 #include <QTest>
+#include <QTextDocument>
 #include <QTextEdit>
 
 #include <memory>
@@ -91,6 +94,7 @@ private Q_SLOTS:
     void isLaidOut();
     void stretchesTheLogAndThePanel();
     void showsALogOfPlainUnwrappedText();
+    void laysTheLogOutWhenItIsShown();
     void choosesTheTool_data();
     void choosesTheTool();
     void growsInTheLogAndThePanel();
@@ -106,6 +110,8 @@ private Q_SLOTS:
     void numbersClampToTheirRange();
     void packetDataSizeStepsByTen();
     void textsAtFirst();
+    void judgesAddressesByThePattern_data();
+    void judgesAddressesByThePattern();
     void addressesAreDigitsAndDots_data();
     void addressesAreDigitsAndDots();
     void ports_data();
@@ -212,6 +218,25 @@ void tst_PageNetTools::showsALogOfPlainUnwrappedText()
     QVERIFY(!log->font().italic());
     QVERIFY(log->font().fixedPitch());
     QCOMPARE(log->fontWeight(), static_cast<int>(QFont::Light));
+}
+
+void tst_PageNetTools::laysTheLogOutWhenItIsShown()
+{
+    m_page = std::make_unique<pageNetTools>(nullptr);
+    m_user = std::make_unique<NetToolsUser>(*m_page);
+    QTextEdit *log = m_user->log();
+    QVERIFY(log->document()->pageSize().isNull());
+    QCOMPARE(log->document()->pageSize(), QTextEdit().document()->pageSize());
+    for (int line = 1; line <= 100; ++line)
+        log->append(QStringLiteral("%1 ").arg(line) + QString(300, QLatin1Char('x')));
+    m_page->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_page.get()));
+    const QFontMetricsF metrics(log->font());
+    const QSizeF size = log->document()->size();
+    QVERIFY(size.height() > 95 * metrics.height());
+    QVERIFY(size.width() > 295 * metrics.horizontalAdvance(QLatin1Char('x')));
+    QVERIFY(log->verticalScrollBar()->maximum() > 0);
+    QVERIFY(log->horizontalScrollBar()->maximum() > 0);
 }
 
 void tst_PageNetTools::choosesTheTool_data()
@@ -446,6 +471,38 @@ void tst_PageNetTools::textsAtFirst()
     QCOMPARE(m_user->lineEdit("Target Host:")->text(), QString());
     QCOMPARE(m_user->lineEdit("Set source IP")->text(), text("0.0.0.0"));
     QCOMPARE(m_user->lineEdit("UDP port")->text(), text("33434"));
+}
+
+void tst_PageNetTools::judgesAddressesByThePattern_data()
+{
+    QTest::addColumn<QString>("input");
+    QTest::newRow("nothing") << "";
+    QTest::newRow("an address") << "192.0.2.250";
+    QTest::newRow("colons") << "2001:db8::1";
+    QTest::newRow("a newline at the end") << "192.0.2.1\n";
+    QTest::newRow("a letter between") << "192.x.2.1";
+    QTest::newRow("two addresses") << "192.0.2.1 192.0.2.2";
+    QTest::newRow("digits of another script") << QStringLiteral(u"\u0661\u0662");
+    for (char16_t character = 0; character <= 255; ++character)
+        QTest::addRow("character 0x%02x", static_cast<unsigned>(character)) << QString(QChar(character));
+}
+
+void tst_PageNetTools::judgesAddressesByThePattern()
+{
+    QFETCH(QString, input);
+    m_user->click("DNS Lookup");
+    const QValidator *validator = m_user->comboBox("Use this nameserver:")->validator();
+    const auto *pattern = qobject_cast<const QRegularExpressionValidator *>(validator);
+    QVERIFY(pattern);
+    QCOMPARE(pattern->regularExpression().pattern(), QStringLiteral("[0-9.]+"));
+    const QRegularExpressionValidator plain{QRegularExpression(QStringLiteral("[0-9.]+"))};
+    QString text = input;
+    QString plainText = input;
+    int position = 1;
+    int plainPosition = 1;
+    QCOMPARE(validator->validate(text, position), plain.validate(plainText, plainPosition));
+    QCOMPARE(text, plainText);
+    QCOMPARE(position, plainPosition);
 }
 
 void tst_PageNetTools::addressesAreDigitsAndDots_data()
