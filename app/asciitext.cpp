@@ -16,6 +16,20 @@ QString asciiText(const QByteArray &bytes)
     return QString::fromLatin1(bytes.constData());
 }
 
+bool isSpace(char latin1)
+{
+    return QChar(QLatin1Char(latin1)).isSpace();
+}
+
+QLatin1String trimmed(QLatin1String text)
+{
+    const char *const begin = std::find_if_not(text.begin(), text.end(), isSpace);
+    const char *end = text.end();
+    while (end > begin && isSpace(end[-1]))
+        --end;
+    return QLatin1String(begin, end);
+}
+
 std::optional<QString> readLinePiece(QIODevice &device)
 {
     // The result of the read tells the end: files under /proc have no size, so atEnd() holds for them at
@@ -26,11 +40,11 @@ std::optional<QString> readLinePiece(QIODevice &device)
     return QString::fromLatin1(piece.data());
 }
 
-QString takeLinePiece(QByteArray::const_iterator &text, QByteArray::const_iterator end)
+QLatin1String takeLinePiece(QByteArray::const_iterator &text, QByteArray::const_iterator end)
 {
     const auto begin = text;
     const auto limit = begin + std::min<std::ptrdiff_t>(longestPiece, end - begin);
     const auto newline = std::find(begin, limit, '\n');
     text = newline == limit ? limit : newline + 1;
-    return QString::fromLatin1(begin, static_cast<int>(std::find(begin, text, '\0') - begin));
+    return QLatin1String(begin, std::find(begin, text, '\0'));
 }

@@ -10,9 +10,15 @@ class QIODevice;
 /// The bytes as Latin-1 text, up to the first zero byte.
 QString asciiText(const QByteArray &bytes);
 
+/// Whether the character is white space to Qt, in Latin-1 two above ASCII as well.
+bool isSpace(char latin1);
+
+/// The text without the white space around it.
+QLatin1String trimmed(QLatin1String text);
+
 /// The next line of a text device with its newline, as asciiText(); a line of more than 1023 bytes
 /// comes in pieces of 1023. Nothing at the end of the device.
 std::optional<QString> readLinePiece(QIODevice &device);
 
 /// Takes off the text what readLinePiece() would read from it; the text ends before the given end.
-QString takeLinePiece(QByteArray::const_iterator &text, QByteArray::const_iterator end);
+QLatin1String takeLinePiece(QByteArray::const_iterator &text, QByteArray::const_iterator end);

@@ -7,11 +7,6 @@
 
 namespace {
 
-bool isSpace(char latin1)
-{
-    return QChar(QLatin1Char(latin1)).isSpace();
-}
-
 /// The lines of the bytes up to the first zero byte, where they stand.
 std::vector<QLatin1String> textLines(const QByteArray &bytes)
 {
@@ -24,15 +19,6 @@ std::vector<QLatin1String> textLines(const QByteArray &bytes)
         line = lineEnd == end ? end : lineEnd + 1;
     }
     return lines;
-}
-
-QLatin1String trimmed(QLatin1String text)
-{
-    const char *begin = std::find_if_not(text.begin(), text.end(), isSpace);
-    const char *end = text.end();
-    while (end > begin && isSpace(end[-1]))
-        --end;
-    return QLatin1String(begin, end);
 }
 
 } // namespace

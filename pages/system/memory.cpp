@@ -9,12 +9,6 @@
 
 namespace {
 
-/// As QTextStream parts words: the two white spaces of Latin-1 above ASCII as well.
-bool isSpace(char c)
-{
-    return QChar(QLatin1Char(c)).isSpace();
-}
-
 /// Takes the first word off the text; an empty one when only white space is left.
 QLatin1String takeWord(QByteArray::const_iterator &text, QByteArray::const_iterator end)
 {
@@ -23,15 +17,23 @@ QLatin1String takeWord(QByteArray::const_iterator &text, QByteArray::const_itera
     return QLatin1String(begin, static_cast<int>(text - begin));
 }
 
+/// The text without the word, wherever that stands, and then without white space around it.
+QByteArray without(const char *word, QLatin1String text)
+{
+    const QByteArray rest = QByteArray(text.data(), static_cast<int>(text.size())).replace(word, "");
+    const QLatin1String inner = trimmed(QLatin1String(rest));
+    return QByteArray(inner.data(), static_cast<int>(inner.size()));
+}
+
 } // namespace
 
 QString totalMemory(const QByteArray &meminfo)
 {
     for (auto text = meminfo.cbegin(); text != meminfo.cend();) {
-        QString line = takeLinePiece(text, meminfo.cend());
+        const QLatin1String line = takeLinePiece(text, meminfo.cend());
         if (!line.contains(QLatin1String("MemTotal"), Qt::CaseInsensitive))
             continue;
-        const QString figure = line.remove(QLatin1String("MemTotal:")).trimmed().remove(QLatin1String("kB"));
+        const QByteArray figure = without("kB", QLatin1String(without("MemTotal:", line)));
         return wholeMegabytes(static_cast<double>(figure.toFloat()) * 0.001);
     }
     return {};

@@ -81,7 +81,8 @@ std::optional<QByteArray> currentMeminfo()
             content.resize(2 * content.size());
         count = read(file, content.data() + length, static_cast<size_t>(content.size() - length));
         length += std::max<ssize_t>(count, 0);
-    } while (count > 0 || (count < 0 && errno == EINTR));
+        // The read that does not fill the buffer is the last.
+    } while (length == content.size() || (count < 0 && errno == EINTR));
     close(file);
     content.truncate(static_cast<int>(length));
     return content;

@@ -25,6 +25,9 @@ private Q_SLOTS:
     void readsLinesInPieces_data();
     void readsLinesInPieces();
     void readsFilesWithoutSize();
+    void spaceIsThatOfQt();
+    void trimsAsQtDoes_data();
+    void trimsAsQtDoes();
 };
 
 void tst_AsciiText::readsLatin1UpToTheFirstZeroByte_data()
@@ -89,6 +92,29 @@ void tst_AsciiText::readsFilesWithoutSize()
     QVERIFY(status.open(QIODevice::ReadOnly));
     QCOMPARE(status.size(), 0);
     QCOMPARE(readLinePiece(status).value_or(QString()), QStringLiteral("Name:\ttst_asciitext\n"));
+}
+
+void tst_AsciiText::spaceIsThatOfQt()
+{
+    QByteArray space;
+    for (int byte = 0; byte < 256; ++byte) {
+        if (isSpace(static_cast<char>(byte)))
+            space.append(static_cast<char>(byte));
+    }
+    QCOMPARE(space, QByteArray("\t\n\v\f\r \x85\xa0"));
+}
+
+void tst_AsciiText::trimsAsQtDoes_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    for (const char *text : {"", " ", "\t\xa0\n", "a", " a", "a ", "\x85 a \v", " a  b\n", "\n\na\r\n"})
+        QTest::newRow(QByteArray(text).toPercentEncoding().constData()) << QByteArray(text);
+}
+
+void tst_AsciiText::trimsAsQtDoes()
+{
+    QFETCH(QByteArray, text);
+    QCOMPARE(QString(trimmed(QLatin1String(text))), QString::fromLatin1(text).trimmed());
 }
 
 QTEST_APPLESS_MAIN(tst_AsciiText)

@@ -61,6 +61,11 @@ void tst_Memory::totalMemory_data()
     QTest::newRow("without colon") << QByteArray("MemTotal 7000 kB\n") << "0";
     QTest::newRow("no number") << QByteArray("MemTotal: many kB\n") << "0";
     QTest::newRow("empty figure") << QByteArray("MemTotal:\n") << "0";
+    QTest::newRow("white space all around") << QByteArray(" \tMemTotal:\v\xa0 7000 \x85 kB \r\n") << "7";
+    QTest::newRow("figure before the key") << QByteArray("7000 MemTotal: kB\n") << "7";
+    QTest::newRow("key and unit again") << QByteArray("MemTotal: 70kBMemTotal:00 kB kB\n") << "7";
+    QTest::newRow("two figures") << QByteArray("MemTotal: 7000 8000 kB\n") << "0";
+    QTest::newRow("with a fraction") << QByteArray("MemTotal: 7999.9 kB\n") << "7";
     QTest::newRow("zero byte ends the line") << QByteArray("MemTotal: 7000\0"
                                                            "9 kB\n",
                                                            21)
