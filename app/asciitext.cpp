@@ -16,11 +16,6 @@ QString asciiText(const QByteArray &bytes)
     return QString::fromLatin1(bytes.constData());
 }
 
-bool isSpace(char latin1)
-{
-    return QChar(QLatin1Char(latin1)).isSpace();
-}
-
 QLatin1String trimmed(QLatin1String text)
 {
     const char *const begin = std::find_if_not(text.begin(), text.end(), isSpace);

@@ -11,7 +11,10 @@ class QIODevice;
 QString asciiText(const QByteArray &bytes);
 
 /// Whether the character is white space to Qt, in Latin-1 two above ASCII as well.
-bool isSpace(char latin1);
+inline bool isSpace(char latin1)
+{
+    return QChar(QLatin1Char(latin1)).isSpace();
+}
 
 /// The text without the white space around it.
 QLatin1String trimmed(QLatin1String text);

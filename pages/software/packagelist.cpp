@@ -3,22 +3,47 @@
 #include "app/asciitext.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace {
 
-/// The lines of the bytes up to the first zero byte, where they stand.
-std::vector<QLatin1String> textLines(const QByteArray &bytes)
+/// What the function makes of each line of the bytes up to the first zero byte; empty rows are left out.
+template <typename Function>
+std::vector<PackageRow> rowsOfLines(const QByteArray &bytes, Function rowOf)
 {
-    std::vector<QLatin1String> lines;
+    std::vector<PackageRow> rows;
+    rows.reserve(static_cast<size_t>(bytes.count('\n')) + 1);
     const char *line = bytes.constData();
     const char *const end = line + qstrlen(line);
     while (line < end) {
         const char *const lineEnd = std::find(line, end, '\n');
-        lines.emplace_back(line, lineEnd);
+        const PackageRow row = rowOf(QLatin1String(line, lineEnd));
+        if (!row.isEmpty())
+            rows.push_back(row);
         line = lineEnd == end ? end : lineEnd + 1;
     }
-    return lines;
+    return rows;
+}
+
+/// The words of the line, which white space parts.
+PackageRow fields(QLatin1String line)
+{
+    PackageRow row;
+    const char *field = std::find_if_not(line.begin(), line.end(), isSpace);
+    while (field != line.end()) {
+        const char *const fieldEnd = std::find_if(field, line.end(), isSpace);
+        row.append(QLatin1String(field, fieldEnd));
+        field = std::find_if_not(fieldEnd, line.end(), isSpace);
+    }
+    return row;
+}
+
+/// The trimmed line; nothing for a blank line and the tool's heading.
+PackageRow addon(QLatin1String line)
+{
+    const QLatin1String name = trimmed(line);
+    if (name.isEmpty() || name.startsWith(QLatin1String("The Orvo packages")))
+        return {};
+    return {name};
 }
 
 } // namespace
@@ -35,28 +60,10 @@ QStringList packageQueryArguments(const QByteArray &packageNames)
 
 std::vector<PackageRow> packageRows(const QByteArray &queryOutput)
 {
-    std::vector<PackageRow> rows;
-    for (const QLatin1String line : textLines(queryOutput)) {
-        PackageRow row;
-        const char *field = std::find_if_not(line.begin(), line.end(), isSpace);
-        while (field != line.end()) {
-            const char *const fieldEnd = std::find_if(field, line.end(), isSpace);
-            row.emplace_back(field, fieldEnd);
-            field = std::find_if_not(fieldEnd, line.end(), isSpace);
-        }
-        if (!row.empty())
-            rows.push_back(std::move(row));
-    }
-    return rows;
+    return rowsOfLines(queryOutput, fields);
 }
 
 std::vector<PackageRow> addonRows(const QByteArray &toolOutput)
 {
-    std::vector<PackageRow> rows;
-    for (const QLatin1String line : textLines(toolOutput)) {
-        const QLatin1String addon = trimmed(line);
-        if (!addon.isEmpty() && !addon.startsWith(QLatin1String("The Orvo packages")))
-            rows.push_back({addon});
-    }
-    return rows;
+    return rowsOfLines(toolOutput, addon);
 }

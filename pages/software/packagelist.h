@@ -2,6 +2,7 @@
 
 #include <QLatin1String>
 #include <QStringList>
+#include <QVarLengthArray>
 
 #include <vector>
 
@@ -13,7 +14,7 @@ class QByteArray;
 QStringList packageQueryArguments(const QByteArray &packageNames);
 
 /// The texts of a row, which stand in the output of a tool: the row is good as long as the output is.
-using PackageRow = std::vector<QLatin1String>;
+using PackageRow = QVarLengthArray<QLatin1String, 2>;
 
 /// The fields of every line that the package query printed, up to the first zero byte; lines without any
 /// field are left out.

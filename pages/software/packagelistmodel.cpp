@@ -54,7 +54,7 @@ std::vector<PackageListModel::Row> PackageListModel::createRows(const std::vecto
     rows.reserve(texts.size());
     for (const PackageRow &rowTexts : texts) {
         Row &row = rows.emplace_back();
-        row.reserve(rowTexts.size());
+        row.reserve(static_cast<size_t>(rowTexts.size()));
         for (const QLatin1String text : rowTexts)
             row.push_back(std::make_unique<TextItem>(text));
     }

@@ -155,17 +155,17 @@ void pageSoftware::rebuild(PackageListView *view, Inventory &inventory, RowsOfOu
                            const QString &program, const QStringList &arguments)
 {
     packageProcess->start(program, arguments);
-    // While the program works, the old rows go and new ones are made of what it printed the last time: as a
-    // rule it prints the same again.
+    // While the program works, the old rows go and new ones are made of what it printed the last time.
     inventory.model->removeAllRows();
-    std::vector<PackageListModel::Row> rows = PackageListModel::createRows(rowsOf(inventory.output));
+    std::vector<PackageListModel::Row> rows = PackageListModel::createRows(inventory.rows);
     waitForFinished(*packageProcess, toolLimits.query);
     const QByteArray output = packageProcess->readAllStandardOutput();
     stop(packageProcess);
 
     if (output != inventory.output) {
         inventory.output = output;
-        rows = PackageListModel::createRows(rowsOf(inventory.output));
+        inventory.rows = rowsOf(inventory.output);
+        rows = PackageListModel::createRows(inventory.rows);
         view->forgetColumnWidths();
     }
     inventory.model->appendRows(std::move(rows));

@@ -27,10 +27,12 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
-    /// What a program printed, which the rows of the model show.
+    /// What a program printed, and the rows in it, which the model shows: as a rule it prints the same at
+    /// every refresh.
     struct Inventory {
         PackageListModel *model = nullptr;
         QByteArray output;
+        std::vector<PackageRow> rows;
     };
     using RowsOfOutput = std::vector<PackageRow> (*)(const QByteArray &output);
 

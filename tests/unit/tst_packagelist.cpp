@@ -176,7 +176,7 @@ void tst_PackageList::addonRows()
     const std::vector<PackageRow> rows = ::addonRows(output);
     QTEST(joined(rows), "rows");
     for (const PackageRow &row : rows)
-        QCOMPARE(row.size(), size_t(1));
+        QCOMPARE(int(row.size()), 1);
 }
 
 QTEST_APPLESS_MAIN(tst_PackageList)

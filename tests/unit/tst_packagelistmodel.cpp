@@ -12,13 +12,13 @@ QStringList twoHeaders()
 }
 
 /// The parts of a text, which has to stay, between the marks; none of an empty text.
-std::vector<QLatin1String> parts(QLatin1String text, char mark)
+PackageRow parts(QLatin1String text, char mark)
 {
-    std::vector<QLatin1String> found;
+    PackageRow found;
     const char *part = text.begin();
     for (const char *character = part; !text.isEmpty() && character <= text.end(); ++character) {
         if (character == text.end() || *character == mark) {
-            found.emplace_back(part, character);
+            found.append(QLatin1String(part, character));
             part = character + 1;
         }
     }
