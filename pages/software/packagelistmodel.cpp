@@ -26,14 +26,6 @@ private:
     QLatin1String shownText;
 };
 
-int longestRow(const std::vector<PackageListModel::Row> &rows)
-{
-    size_t longest = 0;
-    for (const PackageListModel::Row &row : rows)
-        longest = std::max(longest, row.size());
-    return static_cast<int>(longest);
-}
-
 } // namespace
 
 PackageListModel::PackageListModel(const QStringList &headers, QObject *parent)
@@ -48,37 +40,42 @@ void PackageListModel::removeAllRows()
     removeRows(0, rowCount());
 }
 
-std::vector<PackageListModel::Row> PackageListModel::createRows(const std::vector<PackageRow> &texts)
+PackageListModel::Columns PackageListModel::createItems(const std::vector<PackageRow> &rows)
 {
-    std::vector<Row> rows;
-    rows.reserve(texts.size());
-    for (const PackageRow &rowTexts : texts) {
-        Row &row = rows.emplace_back();
-        row.reserve(static_cast<size_t>(rowTexts.size()));
-        for (const QLatin1String text : rowTexts)
-            row.push_back(std::make_unique<TextItem>(text));
+    Columns columns;
+    for (size_t row = 0; row < rows.size(); ++row) {
+        const auto length = static_cast<size_t>(rows[row].size());
+        while (columns.size() < length)
+            columns.emplace_back(rows.size());
+        for (size_t column = 0; column < length; ++column)
+            columns[column][row] = std::make_unique<TextItem>(rows[row][static_cast<int>(column)]);
     }
-    return rows;
+    return columns;
 }
 
-void PackageListModel::appendRows(std::vector<Row> rows)
+void PackageListModel::appendRows(Columns columns)
 {
-    if (rows.empty())
+    if (columns.empty())
         return;
-    setColumnCount(std::max(columnCount(), longestRow(rows)));
-    int rowNumber = rowCount();
-    const int end = rowNumber + static_cast<int>(rows.size());
-    beginInsertRows(QModelIndex(), rowNumber, end - 1);
+    setColumnCount(std::max(columnCount(), static_cast<int>(columns.size())));
+    const int firstRow = rowCount();
+    QList<QStandardItem *> firstItems;
+    firstItems.reserve(static_cast<int>(columns.front().size()));
+    for (std::unique_ptr<QStandardItem> &item : columns.front())
+        firstItems.append(item.release());
+    beginInsertRows(QModelIndex(), firstRow, firstRow + static_cast<int>(firstItems.size()) - 1);
     {
-        // Neither the rows while they are empty nor each of their items is worth a report. New rows at the
-        // end move no index that a view keeps; to insert elsewhere, the blocked reports would be needed.
+        // Neither the rows while they are not whole nor each of their items is worth a report. New rows at
+        // the end move no index that a view keeps; to insert elsewhere, the blocked reports would be needed.
         const QSignalBlocker blocker(this);
-        setRowCount(end);
-        for (Row &row : rows) {
-            int column = 0;
-            for (std::unique_ptr<QStandardItem> &item : row)
-                setItem(rowNumber, column++, item.release());
-            ++rowNumber;
+        invisibleRootItem()->insertRows(firstRow, firstItems);
+        for (size_t column = 1; column < columns.size(); ++column) {
+            int row = firstRow;
+            for (std::unique_ptr<QStandardItem> &item : columns[column]) {
+                if (item)
+                    setItem(row, static_cast<int>(column), item.release());
+                ++row;
+            }
         }
     }
     endInsertRows();

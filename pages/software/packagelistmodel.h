@@ -17,13 +17,14 @@ public:
 
     void removeAllRows();
 
-    using Row = std::vector<std::unique_ptr<QStandardItem>>;
+    /// The items of rows, by column; null where a row is shorter than others.
+    using Columns = std::vector<std::vector<std::unique_ptr<QStandardItem>>>;
 
-    /// New rows of one item per text, which belong to no model yet. The items show the texts where these
-    /// stand and don't copy them.
-    static std::vector<Row> createRows(const std::vector<PackageRow> &texts);
+    /// New items for rows of at least one text each, which belong to no model yet. They show the texts where
+    /// these stand and don't copy them.
+    static Columns createItems(const std::vector<PackageRow> &rows);
 
     /// Adds the rows; the model gets as many columns as the longest of them needs. It reports all rows at
     /// once, so that a view measures and arranges its columns once.
-    void appendRows(std::vector<Row> rows);
+    void appendRows(Columns columns);
 };

@@ -157,7 +157,7 @@ void pageSoftware::rebuild(PackageListView *view, Inventory &inventory, RowsOfOu
     packageProcess->start(program, arguments);
     // While the program works, the old rows go and new ones are made of what it printed the last time.
     inventory.model->removeAllRows();
-    std::vector<PackageListModel::Row> rows = PackageListModel::createRows(inventory.rows);
+    PackageListModel::Columns items = PackageListModel::createItems(inventory.rows);
     waitForFinished(*packageProcess, toolLimits.query);
     const QByteArray output = packageProcess->readAllStandardOutput();
     stop(packageProcess);
@@ -165,10 +165,10 @@ void pageSoftware::rebuild(PackageListView *view, Inventory &inventory, RowsOfOu
     if (output != inventory.output) {
         inventory.output = output;
         inventory.rows = rowsOf(inventory.output);
-        rows = PackageListModel::createRows(inventory.rows);
+        items = PackageListModel::createItems(inventory.rows);
         view->forgetColumnWidths();
     }
-    inventory.model->appendRows(std::move(rows));
+    inventory.model->appendRows(std::move(items));
     // The view is arranged only later and would keep the position of the old rows.
     view->scrollToStart();
 }

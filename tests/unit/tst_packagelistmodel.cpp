@@ -83,7 +83,7 @@ void tst_PackageListModel::fillsAnEmptyModel()
     QFETCH(QByteArray, rows);
     PackageListModel model(twoHeaders(), nullptr);
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    model.appendRows(PackageListModel::createRows(rowsOf(rows.constData())));
+    model.appendRows(PackageListModel::createItems(rowsOf(rows.constData())));
     QTEST(textOf(model), "text");
 }
 
@@ -91,18 +91,18 @@ void tst_PackageListModel::keepsTheRowsBefore()
 {
     PackageListModel model(twoHeaders(), nullptr);
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    model.appendRows(PackageListModel::createRows(rowsOf("a|1/b|2")));
-    model.appendRows(PackageListModel::createRows(rowsOf("c|3/d")));
+    model.appendRows(PackageListModel::createItems(rowsOf("a|1/b|2")));
+    model.appendRows(PackageListModel::createItems(rowsOf("c|3/d")));
     QCOMPARE(textOf(model), QStringLiteral("a|1/b|2/c|3/d|-"));
 }
 
 void tst_PackageListModel::keepsTheHeaderTexts()
 {
     PackageListModel model(twoHeaders(), nullptr);
-    model.appendRows(PackageListModel::createRows(rowsOf("a|1|x")));
+    model.appendRows(PackageListModel::createItems(rowsOf("a|1|x")));
     model.removeAllRows();
     QCOMPARE(model.rowCount(), 0);
-    model.appendRows(PackageListModel::createRows(rowsOf("a|1")));
+    model.appendRows(PackageListModel::createItems(rowsOf("a|1")));
     QCOMPARE(model.columnCount(), 3);
     QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), QStringLiteral("Name"));
     QCOMPARE(model.headerData(1, Qt::Horizontal).toString(), QStringLiteral("Version"));
@@ -111,14 +111,14 @@ void tst_PackageListModel::keepsTheHeaderTexts()
 void tst_PackageListModel::reportsAllRowsAtOnce()
 {
     PackageListModel model(twoHeaders(), nullptr);
-    model.appendRows(PackageListModel::createRows(rowsOf("a|1")));
+    model.appendRows(PackageListModel::createItems(rowsOf("a|1")));
     QSignalSpy announced(&model, &PackageListModel::rowsAboutToBeInserted);
     QSignalSpy inserted(&model, &PackageListModel::rowsInserted);
     QSignalSpy changed(&model, &PackageListModel::dataChanged);
     QSignalSpy arranged(&model, &PackageListModel::layoutChanged);
     QString textWhenReported;
     connect(&model, &PackageListModel::rowsInserted, this, [&] { textWhenReported = textOf(model); });
-    model.appendRows(PackageListModel::createRows(rowsOf("b|2/c|3/d|4")));
+    model.appendRows(PackageListModel::createItems(rowsOf("b|2/c|3/d|4")));
     for (const QSignalSpy *spy : {&announced, &inserted}) {
         QCOMPARE(spy->size(), 1);
         QCOMPARE(spy->constFirst().at(0).toModelIndex(), QModelIndex());
@@ -135,9 +135,9 @@ void tst_PackageListModel::reportsColumns()
 {
     PackageListModel model(twoHeaders(), nullptr);
     QSignalSpy inserted(&model, &PackageListModel::columnsInserted);
-    model.appendRows(PackageListModel::createRows(rowsOf("a|1/b|2")));
+    model.appendRows(PackageListModel::createItems(rowsOf("a|1/b|2")));
     QCOMPARE(inserted.size(), 0);
-    model.appendRows(PackageListModel::createRows(rowsOf("a|1|x|y/b|2|z")));
+    model.appendRows(PackageListModel::createItems(rowsOf("a|1|x|y/b|2|z")));
     QCOMPARE(inserted.size(), 1);
     QCOMPARE(inserted.constFirst().at(1).toInt(), 2);
     QCOMPARE(inserted.constFirst().at(2).toInt(), 3);
@@ -146,9 +146,9 @@ void tst_PackageListModel::reportsColumns()
 void tst_PackageListModel::keepsPersistentIndexes()
 {
     PackageListModel model(twoHeaders(), nullptr);
-    model.appendRows(PackageListModel::createRows(rowsOf("a|1/b|2")));
+    model.appendRows(PackageListModel::createItems(rowsOf("a|1/b|2")));
     const QPersistentModelIndex last(model.index(1, 1));
-    model.appendRows(PackageListModel::createRows(rowsOf("c|3/d|4|x")));
+    model.appendRows(PackageListModel::createItems(rowsOf("c|3/d|4|x")));
     QVERIFY(last.isValid());
     QCOMPARE(last.row(), 1);
     QCOMPARE(last.data().toString(), QStringLiteral("2"));
@@ -159,7 +159,7 @@ void tst_PackageListModel::keepsPersistentIndexes()
 void tst_PackageListModel::itemsKnowTheirTextAndPlace()
 {
     PackageListModel model(twoHeaders(), nullptr);
-    model.appendRows(PackageListModel::createRows(rowsOf("a|1/b|2")));
+    model.appendRows(PackageListModel::createItems(rowsOf("a|1/b|2")));
     const QStandardItem *item = model.item(1, 1);
     QCOMPARE(item->text(), QStringLiteral("2"));
     QCOMPARE(item->data(Qt::EditRole).toString(), QStringLiteral("2"));
@@ -171,7 +171,7 @@ void tst_PackageListModel::itemsKnowTheirTextAndPlace()
 void tst_PackageListModel::itemsTakeANewText()
 {
     PackageListModel model(twoHeaders(), nullptr);
-    model.appendRows(PackageListModel::createRows(rowsOf("a|1/b|2")));
+    model.appendRows(PackageListModel::createItems(rowsOf("a|1/b|2")));
     const QSignalSpy changed(&model, &PackageListModel::dataChanged);
     QVERIFY(model.setData(model.index(1, 1), QStringLiteral("3")));
     QCOMPARE(changed.size(), 1);

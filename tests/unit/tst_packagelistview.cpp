@@ -88,7 +88,7 @@ void tst_PackageListView::fill(const QByteArray &rows)
 {
     model->removeAllRows();
     content = rows;
-    model->appendRows(PackageListModel::createRows(packageRows(content)));
+    model->appendRows(PackageListModel::createItems(packageRows(content)));
     arrange();
 }
 
