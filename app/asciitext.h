@@ -23,5 +23,6 @@ QLatin1String trimmed(QLatin1String text);
 /// comes in pieces of 1023. Nothing at the end of the device.
 std::optional<QString> readLinePiece(QIODevice &device);
 
-/// Takes off the text what readLinePiece() would read from it; the text ends before the given end.
+/// Takes off the text what readLinePiece() would read from it; the text ends before the given end. The piece
+/// is good as long as the text is.
 QLatin1String takeLinePiece(QByteArray::const_iterator &text, QByteArray::const_iterator end);

@@ -2,9 +2,9 @@
 
 #include <QRegularExpressionValidator>
 
-/// Lets the digits and dots of an IPv4 address be typed, in any number. A text of them alone, as the
-/// nameservers that the page begins with, is accepted without the library for regular expressions: that is
-/// loaded for the first other character that somebody types.
+/// Lets the digits and dots of an IPv4 address be typed, in any number. A text of them alone, as most
+/// nameservers that the page begins with, is accepted without compiling the pattern: with the first one, much
+/// of the library for regular expressions gets into memory.
 class AddressValidator : public QRegularExpressionValidator {
 public:
     AddressValidator();

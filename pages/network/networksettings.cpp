@@ -14,18 +14,18 @@
 namespace {
 
 /// The word that follows the keyword, with which the line starts, and white space; an empty one at the end of
-/// the line. Nothing when the keyword stands alone or is the start of a longer word. By hand, as the library
-/// for regular expressions would have to be loaded for this alone.
+/// the line. Nothing when the keyword stands alone or is the start of a longer word. By hand, as it would be
+/// the only use of regular expressions at the start, and the first one is costly.
 std::optional<QString> wordAfter(QLatin1String keyword, const QString &line)
 {
     if (!line.startsWith(keyword))
         return {};
-    const auto isSpace = [](QChar character) { return character.isSpace(); };
+    const auto isWhiteSpace = [](QChar character) { return character.isSpace(); };
     const auto rest = line.cbegin() + keyword.size();
-    const auto word = std::find_if_not(rest, line.cend(), isSpace);
+    const auto word = std::find_if_not(rest, line.cend(), isWhiteSpace);
     if (word == rest)
         return {};
-    return QString(word, static_cast<int>(std::find_if(word, line.cend(), isSpace) - word));
+    return QString(word, static_cast<int>(std::find_if(word, line.cend(), isWhiteSpace) - word));
 }
 
 } // namespace

@@ -21,7 +21,7 @@ public:
     using Columns = std::vector<std::vector<std::unique_ptr<QStandardItem>>>;
 
     /// New items for rows of at least one text each, which belong to no model yet. They show the texts where
-    /// these stand and don't copy them.
+    /// these stand, which have to stay for as long as there are the items.
     static Columns createItems(const std::vector<PackageRow> &rows);
 
     /// Adds the rows; the model gets as many columns as the longest of them needs. It reports all rows at

@@ -27,8 +27,8 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
-    /// What a program printed, and the rows in it, which the model shows: as a rule it prints the same at
-    /// every refresh.
+    /// What a program printed, and the rows in it: as a rule it prints the same at every refresh. The model
+    /// shows the texts where they stand in the output, so it is empty when that changes.
     struct Inventory {
         PackageListModel *model = nullptr;
         QByteArray output;

@@ -23,7 +23,8 @@ QString withoutLastCharacter(QString text)
     return text;
 }
 
-/// A word of a shell command. The kernel's names stay as they are; anything else is kept from the shell.
+/// A word of a shell command. Letters, digits and what else the kernel's names have stay as they are; a word
+/// with anything else is quoted.
 QString shellWord(QString word)
 {
     const auto isPlain = [](QChar character) {

@@ -13,6 +13,7 @@ namespace {
 
 /// What the next read fails with; 0 for one that does not.
 int nextError = 0;
+int reads = 0;
 
 } // namespace
 
@@ -22,6 +23,7 @@ ssize_t __real_read(int file, void *buffer, size_t size);
 
 ssize_t __wrap_read(int file, void *buffer, size_t size)
 {
+    ++reads;
     if (nextError == 0)
         return __real_read(file, buffer, size);
     errno = std::exchange(nextError, 0);
@@ -40,6 +42,7 @@ private Q_SLOTS:
     void freeMemory();
     void totalMemoryOfTheLiveMachine();
     void freeMemoryOfTheLiveMachine();
+    void readsTheFileInOnePiece();
     void goesOnAfterAnInterruptedRead();
     void isUnknownWhenReadingFails();
 };
@@ -153,6 +156,15 @@ void tst_Memory::freeMemoryOfTheLiveMachine()
     // Buffers and cache come on top of the free pages; other programs go on meanwhile.
     QVERIFY2(shown > freeKilobytes / 1024 * 0.9, qPrintable(pageSystem::readFreeMemory()));
     QVERIFY2(shown <= totalKilobytes / 1024, qPrintable(pageSystem::readFreeMemory()));
+}
+
+void tst_Memory::readsTheFileInOnePiece()
+{
+    reads = 0;
+    QVERIFY(pageSystem::readTotalMemory().toDouble() > 0);
+    QCOMPARE(reads, 1);
+    QVERIFY(pageSystem::readFreeMemory().toDouble() > 0);
+    QCOMPARE(reads, 2);
 }
 
 void tst_Memory::goesOnAfterAnInterruptedRead()
