@@ -165,7 +165,6 @@ void tst_NetStatsView::sizesAfterChangesWhileHidden()
     QVERIFY(QTest::qWaitForWindowExposed(&view));
     QCOMPARE(view.viewport()->geometry().top(), cells.top() + 40 - 23);
     QVERIFY(view.verticalScrollBar()->isVisible());
-    QCOMPARE(view.verticalScrollBar()->maximum() > 0, true);
 }
 
 void tst_NetStatsView::headers()
