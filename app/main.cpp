@@ -1,4 +1,5 @@
 #include "app/commandline.h"
+#include "app/fontsahead.h"
 #include "app/lateplugins.h"
 #include "app/sysinfohelper.h"
 #include "framework/vapplication.h"
@@ -9,6 +10,7 @@
 
 int main(int argc, char **argv)
 {
+    const FontsAhead fontsAhead;
     VApplication application(argc, argv, true, true, true);
     application.exitIfRunning();
     application.setStyleSheet(applicationStyleSheet());
