@@ -13,7 +13,8 @@ QString asciiText(const QByteArray &bytes);
 /// Whether the character is white space to Qt, in Latin-1 two above ASCII as well.
 inline bool isSpace(char latin1)
 {
-    return QChar(QLatin1Char(latin1)).isSpace();
+    // Nearly every character is told by the first comparison.
+    return static_cast<signed char>(latin1) <= ' ' && QChar(QLatin1Char(latin1)).isSpace();
 }
 
 /// The text without the white space around it.

@@ -6,6 +6,9 @@
 #include <QByteArray>
 
 #include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <system_error>
 
 namespace {
 
@@ -17,12 +20,27 @@ QLatin1String takeWord(QByteArray::const_iterator &text, QByteArray::const_itera
     return QLatin1String(begin, static_cast<int>(text - begin));
 }
 
-/// The text without the word, wherever that stands, and then without white space around it.
-QByteArray without(const char *word, QLatin1String text)
+/// The end of the text that stands before the given place, from the last white space on.
+QLatin1String wordBefore(QByteArray::const_iterator place, QByteArray::const_iterator begin)
 {
-    const QByteArray rest = QByteArray(text.data(), static_cast<int>(text.size())).replace(word, "");
-    const QLatin1String inner = trimmed(QLatin1String(rest));
-    return QByteArray(inner.data(), static_cast<int>(inner.size()));
+    const auto space =
+        std::find_if(std::make_reverse_iterator(place), std::make_reverse_iterator(begin), isSpace);
+    return QLatin1String(space.base(), static_cast<int>(place - space.base()));
+}
+
+/// The word as QString::toInt() has it: a decimal number with or without a sign, else 0.
+int toInt(QLatin1String word)
+{
+    const bool hasPlus = word.startsWith(QLatin1Char('+')) && !word.startsWith(QLatin1String("+-"));
+    int number = 0;
+    const auto [rest, error] = std::from_chars(word.begin() + (hasPlus ? 1 : 0), word.end(), number);
+    return error == std::errc() && rest == word.end() ? number : 0;
+}
+
+bool countsAsFree(QLatin1String key)
+{
+    return key == QLatin1String("MemFree:") || key == QLatin1String("Buffers:")
+        || key == QLatin1String("Cached:");
 }
 
 } // namespace
@@ -33,7 +51,10 @@ QString totalMemory(const QByteArray &meminfo)
         const QLatin1String line = takeLinePiece(text, meminfo.cend());
         if (!line.contains(QLatin1String("MemTotal"), Qt::CaseInsensitive))
             continue;
-        const QByteArray figure = without("kB", QLatin1String(without("MemTotal:", line)));
+        const QByteArray rest =
+            QByteArray(line.data(), static_cast<int>(line.size())).replace("MemTotal:", "").replace("kB", "");
+        const QLatin1String inner = trimmed(QLatin1String(rest));
+        const auto figure = QByteArray::fromRawData(inner.data(), static_cast<int>(inner.size()));
         return wholeMegabytes(static_cast<double>(figure.toFloat()) * 0.001);
     }
     return {};
@@ -43,11 +64,13 @@ QString freeMemory(const QByteArray &meminfo)
 {
     qint64 kilobytes = 0;
     int figures = 0;
-    for (auto text = meminfo.cbegin(); figures < 3 && text != meminfo.cend();) {
-        const QLatin1String word = takeWord(text, meminfo.cend());
-        if (word == QLatin1String("MemFree:") || word == QLatin1String("Buffers:")
-            || word == QLatin1String("Cached:")) {
-            kilobytes += QString(takeWord(text, meminfo.cend())).toInt();
+    auto text = meminfo.cbegin();
+    const auto end = meminfo.cend();
+    // To look for the colons of the keys is quicker than to look at each word.
+    while (figures < 3 && (text = std::find(text, end, ':')) != end) {
+        ++text;
+        if (countsAsFree(wordBefore(text, meminfo.cbegin())) && (text == end || isSpace(*text))) {
+            kilobytes += toInt(takeWord(text, end));
             ++figures;
         }
     }

@@ -20,6 +20,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <vector>
 
 namespace {
 
@@ -66,26 +67,25 @@ CpuInfo currentCpuInfo(const QString &unknown)
     return cpuinfo.open(QIODevice::ReadOnly) ? readCpuInfo(cpuinfo, info) : info;
 }
 
-/// What can be read of /proc/meminfo; nothing when it can't be opened. Not read through a QFile, whose own
-/// work at every tick would take half as long as the kernel's.
+/// What can be read of /proc/meminfo, good until the next call; nothing when it can't be opened. Not read
+/// through a QFile, whose own work at every tick would take half as long as the kernel's.
 std::optional<QByteArray> currentMeminfo()
 {
+    static std::vector<char> buffer(8192);
     const int file = open("/proc/meminfo", O_RDONLY | O_CLOEXEC);
     if (file < 0)
         return {};
-    QByteArray content(8192, Qt::Uninitialized);
-    ssize_t length = 0;
+    size_t length = 0;
     ssize_t count = 0;
     do {
-        if (length == content.size())
-            content.resize(2 * content.size());
-        count = read(file, content.data() + length, static_cast<size_t>(content.size() - length));
-        length += std::max<ssize_t>(count, 0);
+        if (length == buffer.size())
+            buffer.resize(2 * buffer.size());
+        count = read(file, buffer.data() + length, buffer.size() - length);
+        length += static_cast<size_t>(std::max<ssize_t>(count, 0));
         // The read that does not fill the buffer is the last.
-    } while (length == content.size() || (count < 0 && errno == EINTR));
+    } while (length == buffer.size() || (count < 0 && errno == EINTR));
     close(file);
-    content.truncate(static_cast<int>(length));
-    return content;
+    return QByteArray::fromRawData(buffer.data(), static_cast<int>(length));
 }
 
 /// The suffix is the same in every language, so it is no part of the translated texts.

@@ -112,6 +112,14 @@ void tst_Memory::freeMemory_data()
     QTest::newRow("the third word ends it")
         << QByteArray("Cached: 1024 kB\nCached: 1024 kB\nCached: 1024 kB\nMemFree: 9999999 kB\n") << "3";
     QTest::newRow("no number counts as 0") << QByteArray("MemFree: many kB\nBuffers: 4096 kB\n") << "4";
+    QTest::newRow("figure and unit in one word") << QByteArray("MemFree: 9999kB\nBuffers: 4096 kB\n") << "4";
+    QTest::newRow("with a sign") << QByteArray("MemFree: +4096 kB\nBuffers: +-9999 kB\nCached: ++9999 kB\n")
+                                 << "4";
+    QTest::newRow("zero byte in a figure") << QByteArray("MemFree: 9999\0 kB\nBuffers: 4096 kB\n", 35) << "4";
+    QTest::newRow("key in place of a figure")
+        << QByteArray("MemFree: Buffers: 9999 kB\nCached: 4096 kB\n") << "4";
+    QTest::newRow("colons within words")
+        << QByteArray("x:MemFree: 9999 kB\nMemFree:x 9999 kB\nCached: 4096 kB\n") << "4";
     QTest::newRow("too large for an int counts as 0")
         << QByteArray("MemFree: 4294967296 kB\nBuffers: 4096 kB\n") << "4";
     QTest::newRow("larger than an int together")
