@@ -1,5 +1,4 @@
 #include "app/commandline.h"
-#include "app/fontsahead.h"
 #include "app/lateplugins.h"
 #include "app/sysinfohelper.h"
 #include "framework/vapplication.h"
@@ -10,7 +9,6 @@
 
 int main(int argc, char **argv)
 {
-    const FontsAhead fontsAhead;
     VApplication application(argc, argv, true, true, true);
     application.exitIfRunning();
     application.setStyleSheet(applicationStyleSheet());

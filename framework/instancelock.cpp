@@ -123,6 +123,15 @@ InstanceLock::~InstanceLock()
     }
 }
 
+bool InstanceLock::isHeld(const QByteArray &program)
+{
+    for (int number = 0; number < socketNames; ++number) {
+        if (listenerAt(abstractAddress(program, number), 1) == geteuid())
+            return true;
+    }
+    return false;
+}
+
 /// False when another process has locked the file; true without a safe place for one.
 bool InstanceLock::claimLockFile(const QByteArray &program)
 {
@@ -145,10 +154,8 @@ bool InstanceLock::claimSocket(const QByteArray &program)
 {
     // All names are asked first: another user may have given up one since this user's process took a later
     // one.
-    for (int number = 0; number < socketNames; ++number) {
-        if (listenerAt(abstractAddress(program, number), 1) == geteuid())
-            return false;
-    }
+    if (isHeld(program))
+        return false;
     for (int number = 0; number < socketNames; ++number) {
         const SocketAddress address = abstractAddress(program, number);
         Descriptor listener(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));

@@ -17,6 +17,9 @@ public:
     ~InstanceLock() override;
     Q_DISABLE_COPY(InstanceLock)
 
+    /// Whether a process of this user holds the claim, asked without making one.
+    static bool isHeld(const QByteArray &program);
+
     /// True when another process of this user holds the claim. False when this process got it, and
     /// also when no claim can be made here: then nothing stops a second copy.
     bool isHeldElsewhere() const { return m_heldElsewhere; }

@@ -5,6 +5,7 @@
 #include <memory>
 
 class CloseRequestFilter;
+class FontsAhead;
 class InstanceLock;
 
 /// The application object of a program of the device.
@@ -20,6 +21,9 @@ public:
     void exitIfRunning();
 
 private:
+    VApplication(int &argc, char **argv, std::unique_ptr<FontsAhead> fontsAhead);
+
+    std::unique_ptr<FontsAhead> m_fontsAhead;
     std::unique_ptr<CloseRequestFilter> m_closeRequests;
     std::unique_ptr<InstanceLock> m_instanceLock;
 };

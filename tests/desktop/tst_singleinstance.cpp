@@ -241,6 +241,10 @@ void tst_SingleInstance::theSecondEndsSilently()
     QTest::qWait(100);
     Device::clearCalls();
     const std::unique_ptr<Program> second = createProgram(runtimeDirectory);
+    // fontconfig would say so if it were asked.
+    QProcessEnvironment environment = second->processEnvironment();
+    environment.insert(QStringLiteral("FONTCONFIG_FILE"), QStringLiteral("/nowhere/at/all"));
+    second->setProcessEnvironment(environment);
     second->launch(QStringLiteral("--page 2"));
     const bool ended = second->waitForFinished(15000);
     const QList<QStringList> calls = Device::calls();

@@ -1,39 +1,13 @@
-#include "app/fontsahead.h"
+#include "framework/fontsahead.h"
+#include "tests/unit/fontreading.h"
 
 #include <QTest>
 
-#include <atomic>
-#include <chrono>
 #include <clocale>
-#include <thread>
 
-#include <fontconfig/fontconfig.h>
 #include <pthread.h>
 
-namespace {
-
-std::atomic<int> begun = 0;
-std::atomic<bool> mayEnd = true;
-std::atomic<int> ended = 0;
-std::thread::id reader;
-QByteArray localeOfReader;
-
-} // namespace
-
-extern "C" {
-// NOLINTBEGIN(bugprone-reserved-identifier)
-FcBool __wrap_FcInit()
-{
-    reader = std::this_thread::get_id();
-    localeOfReader = std::setlocale(LC_ALL, nullptr);
-    ++begun;
-    for (int milliseconds = 0; !mayEnd && milliseconds < 5000; ++milliseconds)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    ++ended;
-    return FcTrue;
-}
-// NOLINTEND(bugprone-reserved-identifier)
-}
+using namespace FontReading;
 
 class tst_FontsAhead : public QObject {
     Q_OBJECT
@@ -43,16 +17,14 @@ private Q_SLOTS:
     void areReadOnAnotherThread();
     void areReadWhenTheObjectIsGone();
     void areReadInTheLocaleOfTheEnvironment();
+    void areLeftWhereQtChangesTheEnvironment_data();
     void areLeftWhereQtChangesTheEnvironment();
     void areLeftWithoutAThread();
 };
 
 void tst_FontsAhead::init()
 {
-    begun = 0;
-    mayEnd = true;
-    ended = 0;
-    reader = {};
+    reset();
     qunsetenv("DESKTOP_STARTUP_ID");
 }
 
@@ -63,7 +35,7 @@ void tst_FontsAhead::areReadOnAnotherThread()
     // The constructor has returned, with the reading still going on.
     QTRY_COMPARE(begun, 1);
     QCOMPARE(ended, 0);
-    QVERIFY(reader != std::this_thread::get_id());
+    QVERIFY(FontReading::thread != std::this_thread::get_id());
     mayEnd = true;
     QTRY_COMPARE(ended, 1);
     QCOMPARE(begun, 1);
@@ -75,11 +47,7 @@ void tst_FontsAhead::areReadWhenTheObjectIsGone()
     std::thread other;
     {
         const FontsAhead fonts;
-        QTRY_COMPARE(begun, 1);
-        other = std::thread([] {
-            std::this_thread::sleep_for(std::chrono::milliseconds(50));
-            mayEnd = true;
-        });
+        other = endSoon();
     }
     const int endedThen = ended;
     other.join();
@@ -88,22 +56,34 @@ void tst_FontsAhead::areReadWhenTheObjectIsGone()
 
 void tst_FontsAhead::areReadInTheLocaleOfTheEnvironment()
 {
+    qputenv("LC_ALL", "C.UTF-8");
     QVERIFY(std::setlocale(LC_ALL, "C"));
+    reset();
     {
         const FontsAhead fonts;
     }
-    QCOMPARE(localeOfReader, QByteArray("C.UTF-8"));
+    QCOMPARE(localesSet, 1);
     QCOMPARE(std::setlocale(LC_ALL, nullptr), "C.UTF-8");
+}
+
+void tst_FontsAhead::areLeftWhereQtChangesTheEnvironment_data()
+{
+    QTest::addColumn<QByteArray>("startupId");
+
+    QTest::newRow("set") << QByteArray("menu_TIME1");
+    QTest::newRow("set to nothing") << QByteArray("");
 }
 
 void tst_FontsAhead::areLeftWhereQtChangesTheEnvironment()
 {
-    qputenv("DESKTOP_STARTUP_ID", "menu_TIME1");
+    QFETCH(QByteArray, startupId);
+    qputenv("DESKTOP_STARTUP_ID", startupId);
     {
         const FontsAhead fonts;
     }
     QCOMPARE(begun, 0);
-    QCOMPARE(qgetenv("DESKTOP_STARTUP_ID"), QByteArray("menu_TIME1"));
+    QVERIFY(qEnvironmentVariableIsSet("DESKTOP_STARTUP_ID"));
+    QCOMPARE(qgetenv("DESKTOP_STARTUP_ID"), startupId);
 }
 
 void tst_FontsAhead::areLeftWithoutAThread()

@@ -161,6 +161,7 @@ void tst_InstanceLock::isHeldByOneProcess()
     useRuntimeDirectory(runtimeDirectory);
     const Claimant holder;
     QVERIFY(holder.result == Claim::Held);
+    QVERIFY(InstanceLock::isHeld(program));
     QVERIFY(InstanceLock(program).isHeldElsewhere());
     QVERIFY(InstanceLock(program).isHeldElsewhere());
     QVERIFY(Claimant().result == Claim::HeldElsewhere);
@@ -173,6 +174,9 @@ void tst_InstanceLock::endsWithTheProcessThatIsKilled()
     Claimant holder;
     QVERIFY(holder.result == Claim::Held);
     holder.end();
+    // To ask makes no claim.
+    QVERIFY(!InstanceLock::isHeld(program));
+    QVERIFY(!InstanceLock::isHeld(program));
     QVERIFY(!InstanceLock(program).isHeldElsewhere());
 }
 

@@ -1,4 +1,4 @@
-#include "app/fontsahead.h"
+#include "framework/fontsahead.h"
 
 #include <QtGlobal>
 
