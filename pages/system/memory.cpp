@@ -55,7 +55,9 @@ QString totalMemory(const QByteArray &meminfo)
             QByteArray(line.data(), static_cast<int>(line.size())).replace("MemTotal:", "").replace("kB", "");
         const QLatin1String inner = trimmed(QLatin1String(rest));
         const auto figure = QByteArray::fromRawData(inner.data(), static_cast<int>(inner.size()));
-        return wholeMegabytes(static_cast<double>(figure.toFloat()) * 0.001);
+        bool isNumber = false;
+        const float kilobytes = figure.toFloat(&isNumber);
+        return wholeMegabytes(isNumber ? static_cast<double>(kilobytes) * 0.001 : 0);
     }
     return {};
 }

@@ -3,6 +3,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -14,6 +15,9 @@ namespace {
 /// What the next read fails with; 0 for one that does not.
 int nextError = 0;
 int reads = 0;
+/// What is read instead of the live file; null for that.
+QByteArray madeUpFile;
+int place = 0;
 
 } // namespace
 
@@ -24,10 +28,16 @@ ssize_t __real_read(int file, void *buffer, size_t size);
 ssize_t __wrap_read(int file, void *buffer, size_t size)
 {
     ++reads;
-    if (nextError == 0)
+    if (nextError != 0) {
+        errno = std::exchange(nextError, 0);
+        return -1;
+    }
+    if (madeUpFile.isNull())
         return __real_read(file, buffer, size);
-    errno = std::exchange(nextError, 0);
-    return -1;
+    const QByteArray piece = madeUpFile.mid(place, static_cast<int>(size));
+    place += static_cast<int>(piece.size());
+    std::copy(piece.cbegin(), piece.cend(), static_cast<char *>(buffer));
+    return static_cast<ssize_t>(piece.size());
 }
 // NOLINTEND(bugprone-reserved-identifier)
 }
@@ -36,6 +46,7 @@ class tst_Memory : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void init();
     void totalMemory_data();
     void totalMemory();
     void freeMemory_data();
@@ -43,9 +54,20 @@ private Q_SLOTS:
     void totalMemoryOfTheLiveMachine();
     void freeMemoryOfTheLiveMachine();
     void readsTheFileInOnePiece();
+    void readsAFileOfAnySize_data();
+    void readsAFileOfAnySize();
+    void forgetsALongerFile();
     void goesOnAfterAnInterruptedRead();
     void isUnknownWhenReadingFails();
 };
+
+void tst_Memory::init()
+{
+    nextError = 0;
+    reads = 0;
+    madeUpFile = {};
+    place = 0;
+}
 
 void tst_Memory::totalMemory_data()
 {
@@ -77,6 +99,8 @@ void tst_Memory::totalMemory_data()
     QTest::newRow("single precision") << QByteArray("MemTotal: 200000503 kB\n") << "200000";
     QTest::newRow("six digits round") << QByteArray("MemTotal: 262144600 kB\n") << "262145";
     // 1000204.9 is 1.0002e+06 with six digits.
+    QTest::newRow("beyond single precision") << QByteArray("MemTotal: 1e39 kB\n") << "0";
+    QTest::newRow("beyond double precision") << QByteArray("MemTotal: 1e400 kB\n") << "0";
     QTest::newRow("from a million on, an exponent") << QByteArray("MemTotal: 1000204900 kB\n") << "1e+06";
     // 1007 blanks, the key, a blank and six digits are a piece of 1023 bytes.
     QTest::newRow("long line in pieces") << QByteArray(1007, ' ') + "MemTotal: 5000000 kB\n"
@@ -113,6 +137,10 @@ void tst_Memory::freeMemory_data()
         << QByteArray("Cached: 1024 kB\nCached: 1024 kB\nCached: 1024 kB\nMemFree: 9999999 kB\n") << "3";
     QTest::newRow("no number counts as 0") << QByteArray("MemFree: many kB\nBuffers: 4096 kB\n") << "4";
     QTest::newRow("figure and unit in one word") << QByteArray("MemFree: 9999kB\nBuffers: 4096 kB\n") << "4";
+    QTest::newRow("key and figure in one word")
+        << QByteArray("MemFree:9999 9999 kB\nCached: 4096 kB\n") << "4";
+    QTest::newRow("what is no number is one of the three")
+        << QByteArray("Cached: many\nCached: 2048\nCached: 2048\nMemFree: 9999999\n") << "4";
     QTest::newRow("with a sign") << QByteArray("MemFree: +4096 kB\nBuffers: +-9999 kB\nCached: ++9999 kB\n")
                                  << "4";
     QTest::newRow("zero byte in a figure") << QByteArray("MemFree: 9999\0 kB\nBuffers: 4096 kB\n", 35) << "4";
@@ -168,11 +196,38 @@ void tst_Memory::freeMemoryOfTheLiveMachine()
 
 void tst_Memory::readsTheFileInOnePiece()
 {
-    reads = 0;
     QVERIFY(pageSystem::readTotalMemory().toDouble() > 0);
     QCOMPARE(reads, 1);
     QVERIFY(pageSystem::readFreeMemory().toDouble() > 0);
     QCOMPARE(reads, 2);
+}
+
+void tst_Memory::readsAFileOfAnySize_data()
+{
+    QTest::addColumn<int>("size");
+
+    for (const int size : {40, 8191, 8192, 8193, 16384, 100000})
+        QTest::addRow("%d bytes", size) << size;
+}
+
+void tst_Memory::readsAFileOfAnySize()
+{
+    QFETCH(int, size);
+    madeUpFile = QByteArray("MemTotal: 7000 kB\nMemFree: 2048 kB\n").rightJustified(size, '\n');
+    QCOMPARE(pageSystem::readTotalMemory(), QStringLiteral("7"));
+    place = 0;
+    QCOMPARE(pageSystem::readFreeMemory(), QStringLiteral("2"));
+}
+
+void tst_Memory::forgetsALongerFile()
+{
+    madeUpFile = "MemTotal: 7000 kB\nMemFree: 2048 kB\nBuffers: 2048 kB\n";
+    QCOMPARE(pageSystem::readFreeMemory(), QStringLiteral("4"));
+    madeUpFile = "MemFree: 1024 kB\n";
+    place = 0;
+    QCOMPARE(pageSystem::readFreeMemory(), QStringLiteral("1"));
+    place = 0;
+    QCOMPARE(pageSystem::readTotalMemory(), QStringLiteral("Unknown"));
 }
 
 void tst_Memory::goesOnAfterAnInterruptedRead()
