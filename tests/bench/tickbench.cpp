@@ -87,11 +87,12 @@ class OneCore {
 public:
     OneCore()
     {
-        sched_getaffinity(0, sizeof m_usual, &m_usual);
+        const int core = sched_getcpu();
         cpu_set_t one;
         CPU_ZERO(&one);
-        CPU_SET(static_cast<size_t>(sched_getcpu()), &one);
-        if (sched_setaffinity(0, sizeof one, &one) != 0)
+        CPU_SET(static_cast<size_t>(core), &one);
+        if (core < 0 || sched_getaffinity(0, sizeof m_usual, &m_usual) != 0
+            || sched_setaffinity(0, sizeof one, &one) != 0)
             qFatal("no core to keep to");
     }
     ~OneCore() { sched_setaffinity(0, sizeof m_usual, &m_usual); }
