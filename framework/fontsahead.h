@@ -9,8 +9,9 @@
 class FontsAhead {
 public:
     /// Also sets the locale that the environment asks for, because fontconfig reads both while they must not
-    /// change; the QApplication then sets the same once more. Does nothing where Qt is going to change the
-    /// environment; without a thread, too, the configuration is read when Qt needs it.
+    /// change; the QApplication then sets the same once more. From then on all threads share one heap. Does
+    /// nothing where Qt is going to change the environment; without a thread, too, the configuration is read
+    /// when Qt needs it.
     FontsAhead();
     /// Returns when the configuration is read.
     ~FontsAhead();

@@ -17,7 +17,7 @@ public:
     ~InstanceLock() override;
     Q_DISABLE_COPY(InstanceLock)
 
-    /// Whether a process of this user holds the claim, asked without making one.
+    /// Whether a process of this user holds the claim, asked of its socket and without making one.
     static bool isHeld(const QByteArray &program);
 
     /// True when another process of this user holds the claim. False when this process got it, and

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstddef>
 #include <iterator>
 #include <system_error>
 
@@ -20,11 +21,16 @@ QLatin1String takeWord(QByteArray::const_iterator &text, QByteArray::const_itera
     return QLatin1String(begin, static_cast<int>(text - begin));
 }
 
-/// The end of the text that stands before the given place, from the last white space on.
+/// As many letters as the longest of the keys below has.
+constexpr std::ptrdiff_t longestKey = 8;
+
+/// What stands before the given place, from the last white space on; the end of it when that is longer than
+/// any key, so that a long text without white space is not gone through for each of its colons.
 QLatin1String wordBefore(QByteArray::const_iterator place, QByteArray::const_iterator begin)
 {
+    const auto limit = place - std::min(place - begin, longestKey + 1);
     const auto space =
-        std::find_if(std::make_reverse_iterator(place), std::make_reverse_iterator(begin), isSpace);
+        std::find_if(std::make_reverse_iterator(place), std::make_reverse_iterator(limit), isSpace);
     return QLatin1String(space.base(), static_cast<int>(place - space.base()));
 }
 

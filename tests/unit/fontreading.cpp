@@ -1,5 +1,7 @@
 #include "tests/unit/fontreading.h"
 
+#include <QCoreApplication>
+
 #include <chrono>
 
 #include <fontconfig/fontconfig.h>
@@ -11,6 +13,7 @@ std::atomic<int> ended = 0;
 std::atomic<bool> mayEnd = true;
 std::thread::id thread;
 int localesSet = 0;
+bool hadApplication = false;
 
 namespace {
 
@@ -34,6 +37,7 @@ void reset()
     thread = {};
     locales = 0;
     localesSet = 0;
+    hadApplication = false;
 }
 
 } // namespace FontReading
@@ -47,6 +51,7 @@ char *__real_setlocale(int category, const char *locale);
 char *__wrap_setlocale(int category, const char *locale)
 {
     if (locale) {
+        hadApplication = QCoreApplication::instance();
         // A reading that does not wait for it begins meanwhile.
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         ++locales;

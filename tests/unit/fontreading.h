@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QByteArray>
-
 #include <atomic>
 #include <thread>
 
@@ -17,6 +15,8 @@ extern std::atomic<bool> mayEnd;
 extern std::thread::id thread;
 /// How often the locale had been set when the last reading began.
 extern int localesSet;
+/// Whether there was an application object already when the locale was last set.
+extern bool hadApplication;
 
 /// Lets the reading end in 50 ms.
 std::thread endSoon();

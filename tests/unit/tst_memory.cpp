@@ -98,9 +98,9 @@ void tst_Memory::totalMemory_data()
     // In single precision 200000503 is 200000496; in double precision this would be 200001.
     QTest::newRow("single precision") << QByteArray("MemTotal: 200000503 kB\n") << "200000";
     QTest::newRow("six digits round") << QByteArray("MemTotal: 262144600 kB\n") << "262145";
-    // 1000204.9 is 1.0002e+06 with six digits.
     QTest::newRow("beyond single precision") << QByteArray("MemTotal: 1e39 kB\n") << "0";
     QTest::newRow("beyond double precision") << QByteArray("MemTotal: 1e400 kB\n") << "0";
+    // 1000204.9 is 1.0002e+06 with six digits.
     QTest::newRow("from a million on, an exponent") << QByteArray("MemTotal: 1000204900 kB\n") << "1e+06";
     // 1007 blanks, the key, a blank and six digits are a piece of 1023 bytes.
     QTest::newRow("long line in pieces") << QByteArray(1007, ' ') + "MemTotal: 5000000 kB\n"
@@ -148,6 +148,11 @@ void tst_Memory::freeMemory_data()
         << QByteArray("MemFree: Buffers: 9999 kB\nCached: 4096 kB\n") << "4";
     QTest::newRow("colons within words")
         << QByteArray("x:MemFree: 9999 kB\nMemFree:x 9999 kB\nCached: 4096 kB\n") << "4";
+    QTest::newRow("key at the end of a longer word")
+        << QByteArray("aMemFree: 9999 kB\nCached: 4096 kB\n") << "4";
+    // Each colon must not cost a look at all before it.
+    QTest::newRow("a megabyte of colons") << QByteArray(1 << 20, ':') + " Cached: 4096 kB\n"
+                                          << "4";
     QTest::newRow("too large for an int counts as 0")
         << QByteArray("MemFree: 4294967296 kB\nBuffers: 4096 kB\n") << "4";
     QTest::newRow("larger than an int together")

@@ -30,17 +30,30 @@ private:
     VApplication m_application{m_count, m_arguments.data(), true, true, true};
 };
 
-/// A process that runs the program already.
-pid_t startHolder()
-{
-    const pid_t holder = fork();
-    if (holder == 0) {
-        const InstanceLock lock(program);
-        pause();
-        _exit(0);
+/// A process that runs the program already, until this object goes.
+class Holder {
+public:
+    Holder()
+        : m_process(fork())
+    {
+        if (m_process == 0) {
+            const InstanceLock lock(program);
+            pause();
+            _exit(0);
+        }
     }
-    return holder;
-}
+    ~Holder()
+    {
+        if (m_process > 0) {
+            kill(m_process, SIGKILL);
+            waitpid(m_process, nullptr, 0);
+        }
+    }
+    Q_DISABLE_COPY(Holder)
+
+private:
+    pid_t m_process;
+};
 
 } // namespace
 
@@ -73,6 +86,7 @@ void tst_VApplication::fontsAreReadWhileItIsMade()
         const Application application;
         QTRY_COMPARE(begun, 1);
         QCOMPARE(ended, 0);
+        QVERIFY(!hadApplication);
         mayEnd = true;
     }
     QCOMPARE(ended, 1);
@@ -92,13 +106,11 @@ void tst_VApplication::fontsAreReadBeforeItGoesOn()
 
 void tst_VApplication::aSecondCopyReadsNoFonts()
 {
-    const pid_t holder = startHolder();
+    const Holder holder;
     QTRY_VERIFY(InstanceLock::isHeld(program));
     {
         const Application application;
     }
-    kill(holder, SIGKILL);
-    waitpid(holder, nullptr, 0);
     QCOMPARE(begun, 0);
 }
 
