@@ -5,12 +5,6 @@
 #include <algorithm>
 #include <array>
 
-namespace {
-
-constexpr int longestPiece = 1023;
-
-} // namespace
-
 QString asciiText(const QByteArray &bytes)
 {
     return QString::fromLatin1(bytes.constData());
@@ -29,7 +23,7 @@ std::optional<QString> readLinePiece(QIODevice &device)
 {
     // The result of the read tells the end: files under /proc have no size, so atEnd() holds for them at
     // once.
-    std::array<char, longestPiece + 1> piece{};
+    std::array<char, longestLinePiece + 1> piece{};
     if (device.readLine(piece.data(), piece.size()) <= 0)
         return {};
     return QString::fromLatin1(piece.data());
@@ -38,7 +32,7 @@ std::optional<QString> readLinePiece(QIODevice &device)
 QLatin1String takeLinePiece(QByteArray::const_iterator &text, QByteArray::const_iterator end)
 {
     const auto begin = text;
-    const auto limit = begin + std::min<std::ptrdiff_t>(longestPiece, end - begin);
+    const auto limit = begin + std::min<std::ptrdiff_t>(longestLinePiece, end - begin);
     const auto newline = std::find(begin, limit, '\n');
     text = newline == limit ? limit : newline + 1;
     return QLatin1String(begin, std::find(begin, text, '\0'));

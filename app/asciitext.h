@@ -7,6 +7,9 @@
 
 class QIODevice;
 
+/// What a longer line of a file is cut into, in bytes.
+constexpr int longestLinePiece = 1023;
+
 /// The bytes as Latin-1 text, up to the first zero byte.
 QString asciiText(const QByteArray &bytes);
 
@@ -20,8 +23,8 @@ inline bool isSpace(char latin1)
 /// The text without the white space around it.
 QLatin1String trimmed(QLatin1String text);
 
-/// The next line of a text device with its newline, as asciiText(); a line of more than 1023 bytes
-/// comes in pieces of 1023. Nothing at the end of the device.
+/// The next line of a text device with its newline, as asciiText(), in pieces of at most longestLinePiece
+/// bytes. Nothing at the end of the device.
 std::optional<QString> readLinePiece(QIODevice &device);
 
 /// Takes off the text what readLinePiece() would read from it; the text ends before the given end. The piece

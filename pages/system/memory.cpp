@@ -6,9 +6,11 @@
 #include <QByteArray>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstddef>
 #include <iterator>
+#include <string_view>
 #include <system_error>
 
 namespace {
@@ -34,6 +36,33 @@ QLatin1String wordBefore(QByteArray::const_iterator place, QByteArray::const_ite
     return QLatin1String(space.base(), static_cast<int>(place - space.base()));
 }
 
+/// Copies the text without the word, wherever that stands in it, and returns the end of the copy. The copy
+/// may take the place of the text.
+char *copyWithout(std::string_view word, const char *text, const char *end, char *copy)
+{
+    while (text != end) {
+        if (static_cast<std::size_t>(end - text) >= word.size() && std::equal(word.begin(), word.end(), text))
+            text += word.size();
+        else
+            *copy++ = *text++;
+    }
+    return copy;
+}
+
+/// The figure as QByteArray::toFloat() has it, but 0 when single precision is too small for it.
+float toFloat(QLatin1String figure)
+{
+    // The kernel writes whole figures, for which there is a shorter way to the same.
+    unsigned whole = 0;
+    const auto [rest, error] = std::from_chars(figure.begin(), figure.end(), whole);
+    if (error == std::errc() && rest == figure.end())
+        return static_cast<float>(whole);
+    bool isNumber = false;
+    const float number =
+        QByteArray::fromRawData(figure.data(), static_cast<int>(figure.size())).toFloat(&isNumber);
+    return isNumber ? number : 0;
+}
+
 /// The word as QString::toInt() has it: a decimal number with or without a sign, else 0.
 int toInt(QLatin1String word)
 {
@@ -57,13 +86,11 @@ QString totalMemory(const QByteArray &meminfo)
         const QLatin1String line = takeLinePiece(text, meminfo.cend());
         if (!line.contains(QLatin1String("MemTotal"), Qt::CaseInsensitive))
             continue;
-        const QByteArray rest =
-            QByteArray(line.data(), static_cast<int>(line.size())).replace("MemTotal:", "").replace("kB", "");
-        const QLatin1String inner = trimmed(QLatin1String(rest));
-        const auto figure = QByteArray::fromRawData(inner.data(), static_cast<int>(inner.size()));
-        bool isNumber = false;
-        const float kilobytes = figure.toFloat(&isNumber);
-        return wholeMegabytes(isNumber ? static_cast<double>(kilobytes) * 0.001 : 0);
+        std::array<char, longestLinePiece> figure{};
+        char *end = copyWithout("MemTotal:", line.begin(), line.end(), figure.data());
+        end = copyWithout("kB", figure.data(), end, figure.data());
+        const float kilobytes = toFloat(trimmed(QLatin1String(figure.data(), end)));
+        return wholeMegabytes(static_cast<double>(kilobytes) * 0.001);
     }
     return {};
 }

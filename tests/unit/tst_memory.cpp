@@ -89,6 +89,9 @@ void tst_Memory::totalMemory_data()
     QTest::newRow("white space all around") << QByteArray(" \tMemTotal:\v\xa0 7000 \x85 kB \r\n") << "7";
     QTest::newRow("figure before the key") << QByteArray("7000 MemTotal: kB\n") << "7";
     QTest::newRow("key and unit again") << QByteArray("MemTotal: 70kBMemTotal:00 kB kB\n") << "7";
+    QTest::newRow("a unit that removing one leaves") << QByteArray("MemTotal: 7000kkBB\n") << "0";
+    QTest::newRow("plus sign") << QByteArray("MemTotal: +7000 kB\n") << "7";
+    QTest::newRow("minus sign") << QByteArray("MemTotal: -7000 kB\n") << "-7";
     QTest::newRow("two figures") << QByteArray("MemTotal: 7000 8000 kB\n") << "0";
     QTest::newRow("with a fraction") << QByteArray("MemTotal: 7999.9 kB\n") << "7";
     QTest::newRow("zero byte ends the line") << QByteArray("MemTotal: 7000\0"
@@ -102,6 +105,8 @@ void tst_Memory::totalMemory_data()
     QTest::newRow("beyond double precision") << QByteArray("MemTotal: 1e400 kB\n") << "0";
     // 1000204.9 is 1.0002e+06 with six digits.
     QTest::newRow("from a million on, an exponent") << QByteArray("MemTotal: 1000204900 kB\n") << "1e+06";
+    // 4294967.296 is 4.29497e+06.
+    QTest::newRow("beyond 32 bits") << QByteArray("MemTotal: 4294967296 kB\n") << "4e+06";
     // 1007 blanks, the key, a blank and six digits are a piece of 1023 bytes.
     QTest::newRow("long line in pieces") << QByteArray(1007, ' ') + "MemTotal: 5000000 kB\n"
                                          << "500";
