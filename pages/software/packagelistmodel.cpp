@@ -33,11 +33,54 @@ PackageListModel::PackageListModel(const QStringList &headers, QObject *parent)
 {
     for (int section = 0; section < headers.size(); ++section)
         setHeaderData(section, Qt::Horizontal, headers.at(section), Qt::EditRole);
+
+    const auto noteChange = [this] { m_isAsMade = false; };
+    connect(this, &QAbstractItemModel::dataChanged, this, noteChange);
+    connect(this, &QAbstractItemModel::layoutChanged, this, noteChange);
+    connect(this, &QAbstractItemModel::modelReset, this, noteChange);
+    connect(this, &QAbstractItemModel::rowsInserted, this, noteChange);
+    connect(this, &QAbstractItemModel::rowsRemoved, this, noteChange);
+    connect(this, &QAbstractItemModel::columnsInserted, this, noteChange);
+    connect(this, &QAbstractItemModel::columnsRemoved, this, noteChange);
 }
 
 void PackageListModel::removeAllRows()
 {
-    removeRows(0, rowCount());
+    const int count = rowCount();
+    if (!m_isAsMade) {
+        removeRows(0, count);
+    } else if (count > 0) {
+        beginRemoveRows(QModelIndex(), 0, count - 1);
+        m_isAway = true;
+        endRemoveRows();
+        m_isAsMade = true;
+    }
+}
+
+bool PackageListModel::putRowsBack()
+{
+    if (!m_isAway || !m_isAsMade)
+        return false;
+    beginInsertRows(QModelIndex(), 0, QStandardItemModel::rowCount() - 1);
+    m_isAway = false;
+    endInsertRows();
+    m_isAsMade = true;
+    return true;
+}
+
+QModelIndex PackageListModel::index(int row, int column, const QModelIndex &parent) const
+{
+    return m_isAway ? QModelIndex() : QStandardItemModel::index(row, column, parent);
+}
+
+int PackageListModel::rowCount(const QModelIndex &parent) const
+{
+    return m_isAway ? 0 : QStandardItemModel::rowCount(parent);
+}
+
+bool PackageListModel::hasChildren(const QModelIndex &parent) const
+{
+    return !m_isAway && QStandardItemModel::hasChildren(parent);
 }
 
 PackageListModel::Columns PackageListModel::createItems(const std::vector<PackageRow> &rows)
@@ -55,8 +98,10 @@ PackageListModel::Columns PackageListModel::createItems(const std::vector<Packag
 
 void PackageListModel::appendRows(Columns columns)
 {
+    deleteRowsAway();
     if (columns.empty())
         return;
+    const bool willBeAsMade = m_isAsMade || rowCount() == 0;
     setColumnCount(std::max(columnCount(), static_cast<int>(columns.size())));
     const int firstRow = rowCount();
     QList<QStandardItem *> firstItems;
@@ -79,4 +124,15 @@ void PackageListModel::appendRows(Columns columns)
         }
     }
     endInsertRows();
+    m_isAsMade = willBeAsMade;
+}
+
+void PackageListModel::deleteRowsAway()
+{
+    if (!m_isAway)
+        return;
+    // Whoever looks at the model was told before that they are gone.
+    const QSignalBlocker blocker(this);
+    m_isAway = false;
+    removeRows(0, rowCount());
 }

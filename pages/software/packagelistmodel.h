@@ -15,7 +15,12 @@ public:
     /// A model without rows that has a column for each header.
     PackageListModel(const QStringList &headers, QObject *parent);
 
+    /// Removes the rows. Their items are kept for putRowsBack() until other rows are appended.
     void removeAllRows();
+
+    /// Adds the removed rows again, all at once, as if they had been made anew. False without any, and when
+    /// anyone but this class changed them.
+    bool putRowsBack();
 
     /// The items of rows, by column; null where a row is shorter than others.
     using Columns = std::vector<std::vector<std::unique_ptr<QStandardItem>>>;
@@ -27,4 +32,14 @@ public:
     /// Adds the rows; the model gets as many columns as the longest of them needs. It reports all rows at
     /// once, so that a view measures and arranges its columns once.
     void appendRows(Columns columns);
+
+    QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
+    int rowCount(const QModelIndex &parent = {}) const override;
+    bool hasChildren(const QModelIndex &parent = {}) const override;
+
+private:
+    void deleteRowsAway();
+
+    bool m_isAway = false; ///< whether the items stay while the model has no rows
+    bool m_isAsMade = false;
 };

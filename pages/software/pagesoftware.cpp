@@ -154,21 +154,17 @@ void pageSoftware::refreshAddons()
 void pageSoftware::rebuild(PackageListView *view, Inventory &inventory, RowsOfOutput rowsOf,
                            const QString &program, const QStringList &arguments)
 {
-    packageProcess->start(program, arguments);
-    // While the program works, the old rows go and new ones are made of what it printed the last time.
     inventory.model->removeAllRows();
-    PackageListModel::Columns items = PackageListModel::createItems(inventory.rows);
+    packageProcess->start(program, arguments);
     waitForFinished(*packageProcess, toolLimits.query);
     const QByteArray output = packageProcess->readAllStandardOutput();
     stop(packageProcess);
 
-    if (output != inventory.output) {
+    if (output != inventory.output || !inventory.model->putRowsBack()) {
+        inventory.model->appendRows(PackageListModel::createItems(rowsOf(output)));
         inventory.output = output;
-        inventory.rows = rowsOf(inventory.output);
-        items = PackageListModel::createItems(inventory.rows);
         view->forgetColumnWidths();
     }
-    inventory.model->appendRows(std::move(items));
     // The view is arranged only later and would keep the position of the old rows.
     view->scrollToStart();
 }

@@ -27,12 +27,11 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
-    /// What a program printed, and the rows in it: as a rule it prints the same at every refresh. The model
-    /// shows the texts where they stand in the output, so it is empty when that changes.
+    /// What a program printed, and the model that shows the texts where they stand in it. As a rule it prints
+    /// the same at every refresh.
     struct Inventory {
         PackageListModel *model = nullptr;
         QByteArray output;
-        std::vector<PackageRow> rows;
     };
     using RowsOfOutput = std::vector<PackageRow> (*)(const QByteArray &output);
 

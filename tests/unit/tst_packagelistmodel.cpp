@@ -48,7 +48,11 @@ QString textOf(const PackageListModel &model)
     return lines.join(QLatin1Char('/'));
 }
 
+using Change = void (*)(PackageListModel &model);
+
 } // namespace
+
+Q_DECLARE_METATYPE(Change)
 
 class tst_PackageListModel : public QObject {
     Q_OBJECT
@@ -61,6 +65,11 @@ private Q_SLOTS:
     void reportsAllRowsAtOnce();
     void reportsColumns();
     void keepsPersistentIndexes();
+    void hasNoRowsAfterTheRemoval();
+    void putsRowsBack();
+    void putsNothingBack();
+    void putsNoChangedRowsBack_data();
+    void putsNoChangedRowsBack();
     void itemsKnowTheirTextAndPlace();
     void itemsTakeANewText();
 };
@@ -154,6 +163,108 @@ void tst_PackageListModel::keepsPersistentIndexes()
     QCOMPARE(last.data().toString(), QStringLiteral("2"));
     model.removeAllRows();
     QVERIFY(!last.isValid());
+}
+
+void tst_PackageListModel::hasNoRowsAfterTheRemoval()
+{
+    PackageListModel model(twoHeaders(), nullptr);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    model.appendRows(PackageListModel::createItems(rowsOf("a|1/b|2")));
+    model.removeAllRows();
+    QCOMPARE(model.rowCount(), 0);
+    QCOMPARE(model.columnCount(), 2);
+    QVERIFY(!model.hasChildren());
+    QVERIFY(!model.hasIndex(0, 0));
+    QVERIFY(!model.index(0, 0).isValid());
+    QSignalSpy removed(&model, &PackageListModel::rowsRemoved);
+    model.removeAllRows();
+    model.appendRows(PackageListModel::createItems(rowsOf("c|3")));
+    QCOMPARE(removed.size(), 0);
+    QCOMPARE(textOf(model), QStringLiteral("c|3"));
+}
+
+void tst_PackageListModel::putsRowsBack()
+{
+    PackageListModel model(twoHeaders(), nullptr);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    model.appendRows(PackageListModel::createItems(rowsOf("a|1/b|2")));
+    model.appendRows(PackageListModel::createItems(rowsOf("c|3|x")));
+    QSignalSpy removed(&model, &PackageListModel::rowsRemoved);
+    QSignalSpy inserted(&model, &PackageListModel::rowsInserted);
+    for (int time = 1; time <= 2; ++time) {
+        const QPersistentModelIndex index(model.index(1, 1));
+        model.removeAllRows();
+        QVERIFY(!index.isValid());
+        QVERIFY(model.putRowsBack());
+        QCOMPARE(textOf(model), QStringLiteral("a|1|-/b|2|-/c|3|x"));
+        QVERIFY(model.hasChildren());
+        for (const QSignalSpy *spy : {&removed, &inserted}) {
+            QCOMPARE(spy->size(), time);
+            QCOMPARE(spy->constLast().at(0).toModelIndex(), QModelIndex());
+            QCOMPARE(spy->constLast().at(1).toInt(), 0);
+            QCOMPARE(spy->constLast().at(2).toInt(), 2);
+        }
+    }
+}
+
+void tst_PackageListModel::putsNothingBack()
+{
+    PackageListModel model(twoHeaders(), nullptr);
+    QVERIFY(!model.putRowsBack());
+    model.removeAllRows();
+    QVERIFY(!model.putRowsBack());
+    model.appendRows(PackageListModel::createItems(rowsOf("a|1")));
+    QVERIFY(!model.putRowsBack());
+    model.removeAllRows();
+    model.appendRows({});
+    QVERIFY(!model.putRowsBack());
+    QCOMPARE(textOf(model), QString());
+}
+
+void tst_PackageListModel::putsNoChangedRowsBack_data()
+{
+    QTest::addColumn<Change>("change");
+    const auto newRow = [](const char *name, Change change) { QTest::newRow(name) << change; };
+    newRow("a text", [](PackageListModel &model) { model.item(1, 1)->setText(QStringLiteral("x")); });
+    newRow("a tool tip", [](PackageListModel &model) { model.item(0)->setToolTip(QStringLiteral("x")); });
+    newRow("an item", [](PackageListModel &model) { model.setItem(1, 1, new QStandardItem); });
+    newRow("a further row", [](PackageListModel &model) { model.appendRow(new QStandardItem); });
+    newRow("a row less", [](PackageListModel &model) { model.removeRow(1); });
+    newRow("a further column", [](PackageListModel &model) { model.insertColumn(1); });
+    newRow("a column less", [](PackageListModel &model) { model.removeColumn(1); });
+    newRow("order", [](PackageListModel &model) { model.sort(0, Qt::DescendingOrder); });
+    newRow("all", [](PackageListModel &model) { model.clear(); });
+    newRow("a row below another",
+           [](PackageListModel &model) { model.item(0)->appendRow(new QStandardItem); });
+    newRow("a text, and more rows", [](PackageListModel &model) {
+        model.item(1, 1)->setText(QStringLiteral("x"));
+        model.appendRows(PackageListModel::createItems(rowsOf("c|3")));
+    });
+    newRow("all, while there are none", [](PackageListModel &model) {
+        model.removeAllRows();
+        model.clear();
+    });
+    newRow("a row while there are none", [](PackageListModel &model) {
+        model.removeAllRows();
+        model.appendRow(new QStandardItem);
+    });
+}
+
+void tst_PackageListModel::putsNoChangedRowsBack()
+{
+    QFETCH(Change, change);
+    PackageListModel model(twoHeaders(), nullptr);
+    model.appendRows(PackageListModel::createItems(rowsOf("a|1/b|2")));
+    change(model);
+    model.removeAllRows();
+    QCOMPARE(model.rowCount(), 0);
+    QVERIFY(!model.putRowsBack());
+    model.appendRows(PackageListModel::createItems(rowsOf("a|1/b|2")));
+    QVERIFY(textOf(model).startsWith(QLatin1String("a|1")));
+    QCOMPARE(model.rowCount(), 2);
+    model.removeAllRows();
+    QVERIFY(model.putRowsBack());
+    QCOMPARE(model.rowCount(), 2);
 }
 
 void tst_PackageListModel::itemsKnowTheirTextAndPlace()
