@@ -1,10 +1,11 @@
 #pragma once
 
+#include <QWidget>
 #include <QWidgetItem>
 
 /// The place of a widget in a layout that is never squeezed below what the widget's content needs, even
 /// where that is more than the minimum size that was set on the widget, as it is with large fonts. It keeps
-/// the sizes until the widget has others, as the items do that layouts make themselves.
+/// the sizes until the widget reports others, as the items do that layouts make themselves.
 class UnsqueezedItem : public QWidgetItemV2 {
 public:
     using QWidgetItemV2::QWidgetItemV2;

@@ -9,7 +9,8 @@
 class FontsAhead {
 public:
     /// Also sets the locale that the environment asks for, because fontconfig reads both while they must not
-    /// change; the QApplication then sets the same once more. From then on all threads share one heap. Does
+    /// change; the QApplication then sets the same once more, and on Qt 6 a UTF-8 one for characters where
+    /// that has none, which fontconfig does not look at. From then on all threads share one heap. Does
     /// nothing where Qt is going to change the environment; without a thread, too, the configuration is read
     /// when Qt needs it.
     FontsAhead();

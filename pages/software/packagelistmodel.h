@@ -19,7 +19,7 @@ public:
     void removeAllRows();
 
     /// Adds the removed rows again, all at once, as if they had been made anew. False without any, and when
-    /// anyone but this class changed them.
+    /// the model has reported any other change since they were added.
     bool putRowsBack();
 
     /// The items of rows, by column; null where a row is shorter than others.

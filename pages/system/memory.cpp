@@ -49,7 +49,7 @@ char *copyWithout(std::string_view word, const char *text, const char *end, char
     return copy;
 }
 
-/// The figure as QByteArray::toFloat() has it, but 0 when single precision is too small for it.
+/// The figure as QByteArray::toFloat() has it, but 0 for one that single precision does not reach.
 float toFloat(QLatin1String figure)
 {
     // The kernel writes whole figures, for which there is a shorter way to the same.
