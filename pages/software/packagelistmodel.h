@@ -41,5 +41,6 @@ private:
     void deleteRowsAway();
 
     bool m_isAway = false; ///< whether the items stay while the model has no rows
+    /// Whether the rows are as they were appended. Every report resets it, an own one only for a moment.
     bool m_isAsMade = false;
 };

@@ -4,6 +4,7 @@
 #include <QAbstractItemModelTester>
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QProcess>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QStandardItemModel>
@@ -28,6 +29,7 @@ private Q_SLOTS:
     void losesSelectionAndPosition();
     void fitsTheColumnsToTheRows();
     void reportsRowsAtOnce();
+    void emptiesTheModelBeforeItsProgramStarts();
     void keepsModelsConsistent();
     void keepsHeadersBesideLongerRows();
 };
@@ -183,6 +185,31 @@ void tst_PackageRefresh::reportsRowsAtOnce()
         QCOMPARE(inserted.size(), 1);
         QCOMPARE(changed.size(), 0);
     }
+}
+
+void tst_PackageRefresh::emptiesTheModelBeforeItsProgramStarts()
+{
+    Device::installTool(dpkgQuery, printing("a 1\\nb 2\\n"));
+    Device::installTool(ovpkg, printing("x\\n"));
+    pageSoftware page(nullptr);
+    const QStandardItemModel *main = modelOf(page, mainTitle);
+    const QStandardItemModel *addons = modelOf(page, addonTitle);
+    QCOMPARE(main->rowCount(), 2);
+    QCOMPARE(addons->rowCount(), 1);
+    QStringList starts;
+    const auto processes = page.findChildren<QProcess *>(QString(), Qt::FindDirectChildrenOnly);
+    for (const QProcess *process : processes)
+        connect(process, &QProcess::stateChanged, this, [&, process](QProcess::ProcessState state) {
+            if (state == QProcess::Starting)
+                starts.append(QStringLiteral("%1 %2 %3")
+                                  .arg(process->program())
+                                  .arg(main->rowCount())
+                                  .arg(addons->rowCount()));
+        });
+    tick(page);
+    QCOMPARE(starts,
+             (QStringList{QStringLiteral("cat 2 1"), dpkgQuery + QStringLiteral(" 0 1"),
+                          ovpkg + QStringLiteral(" 2 0")}));
 }
 
 void tst_PackageRefresh::keepsModelsConsistent()
