@@ -181,39 +181,31 @@ void measureMemory(const QString &program)
                 median(ours), median(dialogs), median(ours) - median(dialogs));
 }
 
-/// What the program has taken so many seconds after its window was painted, from its start on.
-double processorMillisecondsAfter(const QString &program, double seconds)
-{
-    ShownProgram shown({program});
-    pause(seconds);
-    return shown.endWithProcessorMilliseconds();
-}
-
 void measureIdle(const QString &program, int minutes)
 {
     constexpr int ticks = 20;
     const Work work = recordWork(program, true);
-    std::vector<double> starts;
-    for (int run = 0; run < runs; ++run)
-        starts.push_back(processorMillisecondsAfter(program, 1.5));
-    std::vector<double> ours;
-    std::vector<double> baselines;
+    const ShownProgram shown({program});
+    // Every tick is followed by a round of the plain program a second and a half later: neither finds the
+    // processor's caches as it left them.
+    pause(1.5);
+    double ours = 0;
+    double baseline = 0;
     std::vector<double> ratios;
     for (int minute = 0; minute < minutes; ++minute) {
-        ShownProgram shown({program});
-        // Every tick is followed by a round of the plain program a second and a half later: neither finds
-        // the processor's caches as it left them.
-        pause(1.5);
-        baselines.push_back(PlainProgram(work).processorMilliseconds(ticks, 3));
-        ours.push_back(shown.endWithProcessorMilliseconds() - median(starts));
-        ratios.push_back(ours.back() / baselines.back());
+        const double before = shown.processorMilliseconds();
+        const double plain = PlainProgram(work).processorMilliseconds(ticks, 3);
+        const double taken = shown.processorMilliseconds() - before;
+        ours += taken;
+        baseline += plain;
+        ratios.push_back(taken / plain);
     }
     const auto [least, most] = std::minmax_element(ratios.begin(), ratios.end());
     std::printf(
         "| Processor time in 60 s idle, %d ticks of each page | %.0f ms | %.0f ms: %d commands each tick | "
         "%.2f (%.2f to %.2f in %d minutes) | 1.10 |\n",
-        ticks, median(ours), median(baselines), int(work.shellCommands() + work.programs()), median(ratios),
-        *least, *most, minutes);
+        ticks, ours / minutes, baseline / minutes, int(work.shellCommands() + work.programs()),
+        ours / baseline, *least, *most, minutes);
 }
 
 void measureWindow(const QString &name, const QStringList &command)

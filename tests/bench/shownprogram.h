@@ -21,14 +21,13 @@ public:
     /// From the moment before the program was started to the painted window.
     double milliseconds() const { return m_milliseconds; }
     QSize windowSize() const { return m_size; }
-    pid_t process() const { return m_process; }
 
     /// The memory that is the program's own plus its share of what it shares, in KiB.
     qint64 proportionalSetSize() const;
 
-    /// Kills the program. Returns the processor time that it and its children that had ended took, user and
-    /// system.
-    double endWithProcessorMilliseconds();
+    /// The processor time that it and its children that ended have taken since its start, user and system,
+    /// with some hundredths of a second more or less.
+    double processorMilliseconds() const;
 
 private:
     void waitForPainting(xcb_connection_t *connection);
