@@ -8,7 +8,6 @@
 #include "pages/system/pagesystem.h"
 
 #include <QApplication>
-#include <QEvent>
 #include <QIcon>
 #include <QScrollArea>
 #include <QShortcut>
@@ -23,17 +22,6 @@ namespace {
 class PageArea : public QScrollArea {
 public:
     QSize sizeHint() const override { return widget() ? widget()->sizeHint() : QScrollArea::sizeHint(); }
-};
-
-/// Keeps from all widgets, as long as it exists, that their style changed.
-class StyleChangeStop : public QObject {
-public:
-    StyleChangeStop() { qApp->installEventFilter(this); }
-
-    bool eventFilter(QObject * /*widget*/, QEvent *event) override
-    {
-        return event->type() == QEvent::StyleChange;
-    }
 };
 
 /// Qt keeps what it loads for the first question about a font.
@@ -73,21 +61,30 @@ void SysInfoHelper::createTabs()
 
 void SysInfoHelper::createPages()
 {
-    // While a page waits for its commands, the tabs are made, the font is loaded, and the page before it is
-    // put into its place.
+    // While a page waits for its commands, the tabs are made, the font is loaded, and pages are put into
+    // their places.
     WaitingWork work;
     work.add([this] {
         setWindowIcon(QIcon(QStringLiteral("/usr/share/icewm/icons/sysinfo_32x32.xpm")));
         createTabs();
     });
-    const auto addWhileWaiting = [&](QWidget *page, const QString &label) {
-        work.add([this, page, label] { addPage(page, label); });
-    };
     work.add(loadFont);
-    addWhileWaiting(new pageSystem(this), QObject::tr("General"));
-    addWhileWaiting(new pageNetwork(this), QObject::tr("Network"));
-    addWhileWaiting(new pageNetTools(this), QObject::tr("Net Tools"));
-    addWhileWaiting(new pageSoftware(this), QObject::tr("Software Information"));
+    createPage<pageSystem>(work, QObject::tr("General"));
+    createPage<pageNetwork>(work, QObject::tr("Network"));
+    createPage<pageNetTools>(work, QObject::tr("Net Tools"));
+    createPage<pageSoftware>(work, QObject::tr("Software Information"));
+}
+
+template <typename Page>
+void SysInfoHelper::createPage(WaitingWork &work, const QString &label)
+{
+    // The page gets its place in its first wait, before it has a layout: one that is asked for sizes while
+    // the page is being filled keeps them, as it hears of new texts only in the event loop. Only the last
+    // page has its layout by then, with lists in it, whose sizes do not depend on what they list.
+    work.add([this, label] { addPage(findChild<Page *>(QString(), Qt::FindDirectChildrenOnly), label); });
+    const auto *page = new Page(this);
+    // What the window is going to ask for when it is shown.
+    work.add([page] { page->sizeHint(); });
 }
 
 void SysInfoHelper::addPage(QWidget *page, const QString &label)
@@ -102,12 +99,10 @@ void SysInfoHelper::addPage(QWidget *page, const QString &label)
     // gets to the area first nevertheless.
     m_tabs->addTab(area, label);
     page->setObjectName(QStringLiteral("tabContent"));
-    {
-        // A new parent may have another style, so each of the page's widgets is told to compute anew what
-        // depends on it. Here all have the application's.
-        const StyleChangeStop stop;
-        area->setWidget(page);
-    }
+    area->setWidget(page);
+    // The area asks for that background too, but the stylesheet takes it back when it is applied after that.
+    // A page that fills its background is painted without what is below it.
+    page->setAutoFillBackground(true);
     setTabOrder(m_tabs->tabBar(), area);
 }
 

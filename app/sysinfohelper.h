@@ -3,6 +3,7 @@
 #include <QDialog>
 
 class QTabWidget;
+class WaitingWork;
 
 /// The program's one window, "About this thin client": four pages in tabs.
 class SysInfoHelper : public QDialog {
@@ -22,6 +23,8 @@ private Q_SLOTS:
 private:
     void createTabs();
     void createPages();
+    template <typename Page>
+    void createPage(WaitingWork &work, const QString &label);
     void addPage(QWidget *page, const QString &label);
 
     QTabWidget *m_tabs = nullptr;

@@ -27,8 +27,7 @@ WaitingWork::WaitingWork()
 WaitingWork::~WaitingWork()
 {
     Q_ASSERT(!s_isPaused);
-    while (isLeft())
-        doNext();
+    doAll();
     s_work = nullptr;
 }
 
@@ -57,6 +56,12 @@ void WaitingWork::doNext()
     const Piece piece = std::move(s_work->m_pieces.front());
     s_work->m_pieces.pop_front();
     piece();
+}
+
+void WaitingWork::doAll()
+{
+    while (isLeft())
+        doNext();
 }
 
 bool waitForFinished(QProcess &process, int limit)

@@ -37,6 +37,8 @@ public:
     static bool isLeft();
     /// Does the next piece, if there is one that may be done.
     static void doNext();
+    /// Does all pieces that may be done.
+    static void doAll();
 
 private:
     std::deque<Piece> m_pieces;

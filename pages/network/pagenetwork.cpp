@@ -5,6 +5,7 @@
 #include "app/nameservers.h"
 #include "app/unsqueezeditem.h"
 #include "app/valuebox.h"
+#include "app/waitingwork.h"
 #include "pages/network/netstatsview.h"
 #include "pages/network/networkdevice.h"
 #include "pages/network/networksettings.h"
@@ -38,8 +39,10 @@ void addBelowCaption(QBoxLayout *layout, const QString &caption, QWidget *value,
 pageNetwork::pageNetwork(QWidget *parent)
     : QWidget(parent)
 {
-    // The first command works while the widgets are made.
+    // The first command works while the widgets are made. What waits comes before them: the dialog puts an
+    // empty page into its place.
     const CommandAhead firstInterface(interfaceCountersCommand(candidateInterfaces().constFirst()));
+    WaitingWork::doAll();
     createLayout();
     applyValueBoxStyle(statsView);
     for (QLabel *value : {netmaskValue, stateValue, macAddressValue, ipAddressValue, hostnameValue,

@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMetaProperty>
+#include <QScopeGuard>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QShortcut>
@@ -54,6 +55,26 @@ QColor colorBesideTheTabs(QWidget &dialog)
     const QTabBar *bar = dialog.findChild<QTabBar *>();
     return dialog.grab().toImage().pixelColor(dialog.width() - 5, bar->height() / 2);
 }
+
+/// The pages that have been put into scroll areas since this object was made, as far as they had no layout.
+class PagesPlacedEarly : public QObject {
+public:
+    PagesPlacedEarly() { qApp->installEventFilter(this); }
+
+    QStringList pages() const { return m_pages; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        const QString name = QLatin1String(watched->metaObject()->className());
+        if (event->type() == QEvent::ParentChange && name.startsWith(QLatin1String("page"))
+            && !static_cast<QWidget *>(watched)->layout())
+            m_pages.append(name);
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QStringList m_pages;
+};
 
 /// Counts the events of a type that an object gets.
 class EventCounter : public QObject {
@@ -101,7 +122,10 @@ private Q_SLOTS:
     void showsAdministratorsInRed();
     void paintsPagesInTheStyleSheetsColours();
     void lowersTheTabsThatAreNotSelected();
-    void tellsItsWidgetsOfAnotherStyle();
+    void putsPagesIntoTheirPlacesBeforeTheyHaveLayouts();
+    void knowsTheSizesOfItsPages();
+    void paintsNothingBelowAPage_data();
+    void paintsNothingBelowAPage();
     void makesTheListsOfComboBoxesWhenTheyAreAskedFor();
     void translatesInTheGeneralContext();
     void refreshesMemoryBehindAnotherTab();
@@ -316,14 +340,66 @@ void tst_SysInfoHelper::lowersTheTabsThatAreNotSelected()
     QVERIFY(picture.pixelColor(other, 2) != background);
 }
 
-void tst_SysInfoHelper::tellsItsWidgetsOfAnotherStyle()
+void tst_SysInfoHelper::putsPagesIntoTheirPlacesBeforeTheyHaveLayouts()
 {
+    PagesPlacedEarly early;
+    const SysInfoHelper dialog(1);
+    // The last page has its layout before it waits.
+    QCOMPARE(early.pages(),
+             QStringList({QStringLiteral("pageSystem"), QStringLiteral("pageNetwork"),
+                          QStringLiteral("pageNetTools")}));
+}
+
+void tst_SysInfoHelper::knowsTheSizesOfItsPages()
+{
+    // So large that the facts, not the captions, say how wide a group is.
+    const QFont usual = QApplication::font();
+    const auto restoreFont = qScopeGuard([&] { QApplication::setFont(usual); });
+    QFont large = usual;
+    large.setPointSize(24);
+    QApplication::setFont(large);
     SysInfoHelper dialog(1);
-    auto *label = dialog.findChild<QLabel *>(QStringLiteral("valueBox"));
-    QVERIFY(label);
-    const EventCounter styleChanges(label, QEvent::StyleChange);
-    dialog.setStyleSheet(QStringLiteral("QLabel { padding: 1px; }"));
-    QVERIFY(styleChanges.count() > 0);
+    const QList<QWidget *> pages = dialog.findChildren<QWidget *>(QStringLiteral("tabContent"));
+    QCOMPARE(pages.size(), 4);
+    QList<QSize> sizes;
+    for (const QWidget *page : pages)
+        sizes << page->sizeHint() << page->minimumSizeHint();
+
+    // A layout that was asked too early would hear of the facts only now.
+    dialog.show();
+    QList<QSize> shownSizes;
+    for (int page = 0; page < pages.size(); ++page) {
+        tabsOf(dialog)->setCurrentIndex(page);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        QCoreApplication::processEvents();
+        shownSizes << pages.at(page)->sizeHint() << pages.at(page)->minimumSizeHint();
+    }
+    QCOMPARE(shownSizes, sizes);
+}
+
+void tst_SysInfoHelper::paintsNothingBelowAPage_data()
+{
+    QTest::addColumn<int>("page");
+    for (int page = 1; page <= 4; ++page)
+        QTest::addRow("%d", page) << page;
+}
+
+void tst_SysInfoHelper::paintsNothingBelowAPage()
+{
+    QFETCH(const int, page);
+    SysInfoHelper dialog(page);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    // Also what is painted again when the window gets the focus.
+    QTest::qWait(200);
+    const auto *area = qobject_cast<QScrollArea *>(tabsOf(dialog)->currentWidget());
+    EventCounter ofThePage(area->widget(), QEvent::Paint);
+    EventCounter ofTheArea(area->viewport(), QEvent::Paint);
+    EventCounter ofTheDialog(&dialog, QEvent::Paint);
+    area->widget()->update(5, 5, 10, 10);
+    QTRY_VERIFY(ofThePage.count() > 0);
+    QCOMPARE(ofTheArea.count(), 0);
+    QCOMPARE(ofTheDialog.count(), 0);
 }
 
 void tst_SysInfoHelper::makesTheListsOfComboBoxesWhenTheyAreAskedFor()

@@ -19,6 +19,7 @@ class tst_WaitingWork : public QObject {
 
 private Q_SLOTS:
     void doesOnePieceAtATimeInOrder();
+    void doesAllPieces();
     void doesWhatIsLeftInTheEnd();
     void doesAPieceThatAPieceAdds();
     void hasNothingToDoWithoutAnObject();
@@ -52,6 +53,25 @@ void tst_WaitingWork::doesOnePieceAtATimeInOrder()
     QCOMPARE(done.size(), 2);
 }
 
+void tst_WaitingWork::doesAllPieces()
+{
+    QStringList done;
+    WaitingWork work;
+    work.add([&] {
+        done.append(QStringLiteral("first"));
+        work.add([&] { done.append(QStringLiteral("added")); });
+    });
+    work.add([&] { done.append(QStringLiteral("second")); });
+    {
+        const WaitingWork::Pause pause;
+        WaitingWork::doAll();
+        QVERIFY(done.isEmpty());
+    }
+    WaitingWork::doAll();
+    QCOMPARE(done, QStringList({QStringLiteral("first"), QStringLiteral("second"), QStringLiteral("added")}));
+    QVERIFY(!WaitingWork::isLeft());
+}
+
 void tst_WaitingWork::doesWhatIsLeftInTheEnd()
 {
     QStringList done;
@@ -80,6 +100,7 @@ void tst_WaitingWork::hasNothingToDoWithoutAnObject()
 {
     QVERIFY(!WaitingWork::isLeft());
     WaitingWork::doNext();
+    WaitingWork::doAll();
     {
         const WaitingWork work;
         QVERIFY(!WaitingWork::isLeft());
