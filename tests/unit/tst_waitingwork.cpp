@@ -55,20 +55,17 @@ void tst_WaitingWork::doesOnePieceAtATimeInOrder()
 
 void tst_WaitingWork::doesAllPieces()
 {
-    QStringList done;
+    int done = 0;
     WaitingWork work;
-    work.add([&] {
-        done.append(QStringLiteral("first"));
-        work.add([&] { done.append(QStringLiteral("added")); });
-    });
-    work.add([&] { done.append(QStringLiteral("second")); });
+    work.add([&] { ++done; });
+    work.add([&] { ++done; });
     {
         const WaitingWork::Pause pause;
         WaitingWork::doAll();
-        QVERIFY(done.isEmpty());
+        QCOMPARE(done, 0);
     }
     WaitingWork::doAll();
-    QCOMPARE(done, QStringList({QStringLiteral("first"), QStringLiteral("second"), QStringLiteral("added")}));
+    QCOMPARE(done, 2);
     QVERIFY(!WaitingWork::isLeft());
 }
 
